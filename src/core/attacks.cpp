@@ -1,0 +1,112 @@
+// Attack tests, one straight-line function per square and attacking side,
+// built from compile-time rays so that no direction table, offset arithmetic
+// or edge test runs when a square is examined.
+
+#include "core/attacks.h"
+
+#include <cstdint>
+#include <utility>
+
+#include "core/geometry.h"
+
+namespace velkaro::core {
+
+namespace {
+
+using namespace geometry;
+
+// What a man can attack from a given distance and kind of line, as bits of
+// one class byte per piece code (indexed by the code as an unsigned byte).
+enum AttackerClass : std::uint8_t {
+  kLineNear = 1,   // king, queen, rook next to the square on a file or rank
+  kLineFar = 2,    // queen, rook further along it
+  kDiagNear = 4,   // king, queen, bishop next to it on a diagonal
+  kDiagFar = 8,    // queen, bishop further along it
+  kPawnNear = 16,  // a pawn next to it on a diagonal, on the side it captures from
+};
+
+constexpr std::array<std::uint8_t, 256> attackerClasses(int side) {
+  std::array<std::uint8_t, 256> classes{};
+  auto set = [&](int code, std::uint8_t bits) { classes[static_cast<std::uint8_t>(code * side)] = bits; };
+  set(piece::King, kLineNear | kDiagNear);
+  set(piece::Queen, kLineNear | kLineFar | kDiagNear | kDiagFar);
+  set(piece::Rook, kLineNear | kLineFar);
+  set(piece::Bishop, kDiagNear | kDiagFar);
+  set(piece::Pawn, kPawnNear);
+  return classes;
+}
+
+template <int Attacker>
+inline constexpr std::array<std::uint8_t, 256> kClasses = attackerClasses(Attacker);
+
+// One square of a ray: true when it is empty and the ray goes on; otherwise
+// records in `hit` whether its man attacks along this ray.
+template <int Attacker, int Square, int FileStep, int RowStep, int Distance>
+[[gnu::always_inline]] inline bool rayGoesOn(const std::int8_t* board, bool& hit) {
+  constexpr int target = rayStep(Square, FileStep, RowStep, Distance);
+  constexpr bool diagonal = FileStep != 0 && RowStep != 0;
+  // A Black pawn attacks from the row above (north), a White pawn from below.
+  constexpr bool pawnSide = diagonal && RowStep == (Attacker == Black ? -1 : 1);
+  constexpr std::uint8_t mask =
+      diagonal ? (Distance == 1 ? (kDiagNear | (pawnSide ? kPawnNear : 0)) : kDiagFar)
+               : (Distance == 1 ? kLineNear : kLineFar);
+  const int code = board[target];
+  if (code == 0) return true;
+  hit = (kClasses<Attacker>[static_cast<std::uint8_t>(code)] & mask) != 0;
+  return false;
+}
+
+template <int Attacker, int Square, int FileStep, int RowStep, int... Distance>
+[[gnu::always_inline]] inline bool rayAttacks(const std::int8_t* board, std::integer_sequence<int, Distance...>) {
+  bool hit = false;
+  (void)(rayGoesOn<Attacker, Square, FileStep, RowStep, Distance + 1>(board, hit) && ...);
+  return hit;
+}
+
+template <int Attacker, int Square, int FileStep, int RowStep>
+[[gnu::always_inline]] inline bool ray(const std::int8_t* board) {
+  return rayAttacks<Attacker, Square, FileStep, RowStep>(
+      board, std::make_integer_sequence<int, rayLength(Square, FileStep, RowStep)>{});
+}
+
+template <int Attacker, int Square, int Leap>
+[[gnu::always_inline]] inline bool knightOn(const std::int8_t* board) {
+  constexpr int target = leap(Square, kKnightLeaps[Leap].first, kKnightLeaps[Leap].second);
+  if constexpr (target < 0) {
+    return false;
+  } else {
+    return board[target] == Attacker * piece::Knight;
+  }
+}
+
+template <int Attacker, int Square, int... Leap>
+[[gnu::always_inline]] inline bool knights(const std::int8_t* board, std::integer_sequence<int, Leap...>) {
+  return (knightOn<Attacker, Square, Leap>(board) || ...);
+}
+
+// Rays west, north-west, north, north-east, east, south-east, south,
+// south-west, then the knight squares; the order only changes the speed.
+template <int Attacker, int Square>
+int attackedBy(const Position& position) {
+  const std::int8_t* board = position.board;
+  if (ray<Attacker, Square, -1, 0>(board) || ray<Attacker, Square, -1, -1>(board) ||
+      ray<Attacker, Square, 0, -1>(board) || ray<Attacker, Square, 1, -1>(board) ||
+      ray<Attacker, Square, 1, 0>(board) || ray<Attacker, Square, 1, 1>(board) ||
+      ray<Attacker, Square, 0, 1>(board) || ray<Attacker, Square, -1, 1>(board) ||
+      knights<Attacker, Square>(board, std::make_integer_sequence<int, 8>{})) {
+    return 1;
+  }
+  return -1;
+}
+
+template <int Attacker, std::size_t... Square>
+constexpr std::array<AttackTest, 64> attackTable(std::index_sequence<Square...>) {
+  return {&attackedBy<Attacker, static_cast<int>(Square)>...};
+}
+
+}  // namespace
+
+constinit const std::array<AttackTest, 64> kAttackedByBlack = attackTable<Black>(std::make_index_sequence<64>{});
+constinit const std::array<AttackTest, 64> kAttackedByWhite = attackTable<White>(std::make_index_sequence<64>{});
+
+}  // namespace velkaro::core

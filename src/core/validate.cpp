@@ -1,0 +1,1 @@
+// Placeholder until validation lands.
