@@ -84,29 +84,110 @@ template <int Attacker, int Square, int... Leap>
   return (knightOn<Attacker, Square, Leap>(board) || ...);
 }
 
-// Rays west, north-west, north, north-east, east, south-east, south,
-// south-west, then the knight squares; the order only changes the speed.
+// The eight rays in the order they are examined: west, north-west, north,
+// north-east, east, south-east, south, south-west. The order only changes the
+// speed, not the answer. Bit i of an AttackLines value stands for ray i.
+inline constexpr std::pair<int, int> kRays[8] = {{-1, 0}, {-1, -1}, {0, -1}, {1, -1},
+                                                 {1, 0},  {1, 1},   {0, 1},  {-1, 1}};
+
+template <int Attacker, int Square, int Ray>
+[[gnu::always_inline]] inline bool rayOf(const std::int8_t* board) {
+  return ray<Attacker, Square, kRays[Ray].first, kRays[Ray].second>(board);
+}
+
+template <int Attacker, int Square, int... Ray>
+[[gnu::always_inline]] inline bool anyRay(const std::int8_t* board, std::integer_sequence<int, Ray...>) {
+  return (rayOf<Attacker, Square, Ray>(board) || ...);
+}
+
 template <int Attacker, int Square>
 int attackedBy(const Position& position) {
   const std::int8_t* board = position.board;
-  if (ray<Attacker, Square, -1, 0>(board) || ray<Attacker, Square, -1, -1>(board) ||
-      ray<Attacker, Square, 0, -1>(board) || ray<Attacker, Square, 1, -1>(board) ||
-      ray<Attacker, Square, 1, 0>(board) || ray<Attacker, Square, 1, 1>(board) ||
-      ray<Attacker, Square, 0, 1>(board) || ray<Attacker, Square, -1, 1>(board) ||
+  if (anyRay<Attacker, Square>(board, std::make_integer_sequence<int, 8>{}) ||
       knights<Attacker, Square>(board, std::make_integer_sequence<int, 8>{})) {
     return 1;
   }
   return -1;
 }
 
-template <int Attacker, std::size_t... Square>
-constexpr std::array<AttackTest, 64> attackTable(std::index_sequence<Square...>) {
-  return {&attackedBy<Attacker, static_cast<int>(Square)>...};
+// Whether some square of a ray holds a man that would attack along it if
+// nothing stood between; blockers are ignored.
+template <int Attacker, int Square, int FileStep, int RowStep, int... Distance>
+[[gnu::always_inline]] inline bool rayHoldsAttacker(const std::int8_t* board, std::integer_sequence<int, Distance...>) {
+  constexpr bool diagonal = FileStep != 0 && RowStep != 0;
+  constexpr bool pawnSide = diagonal && RowStep == (Attacker == Black ? -1 : 1);
+  constexpr std::uint8_t nearMask = diagonal ? (kDiagNear | (pawnSide ? kPawnNear : 0)) : kLineNear;
+  constexpr std::uint8_t farMask = diagonal ? kDiagFar : kLineFar;
+  auto holds = [&](int target, std::uint8_t mask) {
+    return (kClasses<Attacker>[static_cast<std::uint8_t>(board[target])] & mask) != 0;
+  };
+  return (false | ... | holds(rayStep(Square, FileStep, RowStep, Distance + 1), Distance == 0 ? nearMask : farMask));
+}
+
+template <int Attacker, int Square, int... Ray>
+[[gnu::always_inline]] inline AttackLines linesHoldingAttackers(const std::int8_t* board,
+                                                                std::integer_sequence<int, Ray...>) {
+  return ((rayHoldsAttacker<Attacker, Square, kRays[Ray].first, kRays[Ray].second>(
+               board, std::make_integer_sequence<int, rayLength(Square, kRays[Ray].first, kRays[Ray].second)>{})
+               ? AttackLines{1} << Ray
+               : AttackLines{0}) |
+          ...);
+}
+
+template <int Attacker, int Square>
+AttackLines attackLines(const Position& position) {
+  const std::int8_t* board = position.board;
+  const bool knight = knights<Attacker, Square>(board, std::make_integer_sequence<int, 8>{});
+  return linesHoldingAttackers<Attacker, Square>(board, std::make_integer_sequence<int, 8>{}) |
+         (knight ? kKnightLines : 0);
+}
+
+template <int Attacker, int Square, int... Ray>
+[[gnu::always_inline]] inline bool anyRayAlong(const std::int8_t* board, AttackLines lines,
+                                               std::integer_sequence<int, Ray...>) {
+  return ((((lines >> Ray) & 1) && rayOf<Attacker, Square, Ray>(board)) || ...);
+}
+
+template <int Attacker, int Square>
+int attackedAlong(const Position& position, AttackLines lines) {
+  const std::int8_t* board = position.board;
+  if (anyRayAlong<Attacker, Square>(board, lines, std::make_integer_sequence<int, 8>{}) ||
+      ((lines & kKnightLines) && knights<Attacker, Square>(board, std::make_integer_sequence<int, 8>{}))) {
+    return 1;
+  }
+  return -1;
+}
+
+template <typename Table, template <int, int> class Entry, int Attacker, std::size_t... Square>
+constexpr Table squareTable(std::index_sequence<Square...>) {
+  return {Entry<Attacker, static_cast<int>(Square)>::function...};
+}
+
+template <int Attacker, int Square>
+struct FullTest {
+  static constexpr AttackTest function = &attackedBy<Attacker, Square>;
+};
+template <int Attacker, int Square>
+struct LinesOf {
+  static constexpr AttackLinesOf function = &attackLines<Attacker, Square>;
+};
+template <int Attacker, int Square>
+struct TestAlong {
+  static constexpr AttackTestAlong function = &attackedAlong<Attacker, Square>;
+};
+
+template <template <int, int> class Entry, int Attacker, typename Function>
+constexpr std::array<Function, 64> perSquare() {
+  return squareTable<std::array<Function, 64>, Entry, Attacker>(std::make_index_sequence<64>{});
 }
 
 }  // namespace
 
-constinit const std::array<AttackTest, 64> kAttackedByBlack = attackTable<Black>(std::make_index_sequence<64>{});
-constinit const std::array<AttackTest, 64> kAttackedByWhite = attackTable<White>(std::make_index_sequence<64>{});
+constinit const std::array<AttackTest, 64> kAttackedByBlack = perSquare<FullTest, Black, AttackTest>();
+constinit const std::array<AttackTest, 64> kAttackedByWhite = perSquare<FullTest, White, AttackTest>();
+constinit const std::array<AttackLinesOf, 64> kBlackAttackLines = perSquare<LinesOf, Black, AttackLinesOf>();
+constinit const std::array<AttackLinesOf, 64> kWhiteAttackLines = perSquare<LinesOf, White, AttackLinesOf>();
+constinit const std::array<AttackTestAlong, 64> kAttackedByBlackAlong = perSquare<TestAlong, Black, AttackTestAlong>();
+constinit const std::array<AttackTestAlong, 64> kAttackedByWhiteAlong = perSquare<TestAlong, White, AttackTestAlong>();
 
 }  // namespace velkaro::core

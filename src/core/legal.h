@@ -5,6 +5,10 @@
 // attack in the made position. Only the squares a move touches are written
 // and put back, and a man is lifted from its square once, not once per move.
 
+#include <array>
+#include <cstddef>
+#include <cstring>
+
 #include "core/attacks.h"
 #include "core/movegen.h"
 #include "core/position.h"
@@ -97,19 +101,31 @@ template <int Side>
   return true;
 }
 
-// Castling rights after a legal move: only the mover's own change.
+// Castling rights after a legal move: only the mover's own change. The two
+// flags of a side are handled as one 16-bit word (long in the low byte, short
+// in the high byte), masked by what a move from each square leaves standing.
+constexpr std::array<std::uint16_t, 64> castlingKeptFrom(int side) {
+  std::array<std::uint16_t, 64> kept{};
+  const int kingHome = side == White ? 60 : 4;
+  for (int from = 0; from < 64; ++from) {
+    const bool keepLong = from != kingHome && from != kingHome - 4;
+    const bool keepShort = from != kingHome && from != kingHome + 3;
+    kept[static_cast<std::size_t>(from)] = static_cast<std::uint16_t>((keepLong ? 0x00ff : 0) | (keepShort ? 0xff00 : 0));
+  }
+  return kept;
+}
+
+template <int Side>
+inline constexpr std::array<std::uint16_t, 64> kCastlingKept = castlingKeptFrom(Side);
+
 template <int Side>
 [[gnu::always_inline]] inline void updateCastlingRights(const PlyFrame& frame, Position& next) {
-  constexpr int kingHome = Side == White ? 60 : 4;
-  const Position& position = frame.position;
-  const std::uint8_t mayLong = Side == White ? position.whiteLongCastle : position.blackLongCastle;
-  const std::uint8_t mayShort = Side == White ? position.whiteShortCastle : position.blackShortCastle;
-  if ((mayLong | mayShort) == 0) return;
-  const int from = frame.fromSquare;
-  const std::uint8_t keepLong = from != kingHome && from != kingHome - 4;
-  const std::uint8_t keepShort = from != kingHome && from != kingHome + 3;
-  (Side == White ? next.whiteLongCastle : next.blackLongCastle) = mayLong & keepLong;
-  (Side == White ? next.whiteShortCastle : next.blackShortCastle) = mayShort & keepShort;
+  constexpr std::size_t offset = Side == White ? offsetof(Position, whiteLongCastle) : offsetof(Position, blackLongCastle);
+  std::uint16_t rights;
+  std::memcpy(&rights, reinterpret_cast<const unsigned char*>(&frame.position) + offset, sizeof rights);
+  if (rights == 0) return;
+  rights &= kCastlingKept<Side>[static_cast<std::size_t>(frame.fromSquare)];
+  std::memcpy(reinterpret_cast<unsigned char*>(&next) + offset, &rights, sizeof rights);
 }
 
 }  // namespace detail
@@ -123,8 +139,10 @@ template <int Side, MoveTest Test>
 [[gnu::always_inline]] inline int nextMove(PlyStack& stack, int ply, int continuing) {
   PlyFrame& frame = stack[ply];
   Position& next = (&frame)[1].position;
+  unsigned& kingLines = stack.kingAttackLines[static_cast<std::size_t>(ply)];
   if (!continuing) {
     copyPositionToNextPly(frame);
+    kingLines = attackLinesAgainst<Side>(detail::kingSquareOf<Side>(frame.position), frame.position);
     if (!detail::takeUpMan<Side>(stack, ply, frame, next, 0)) return 1;
   } else {
     detail::putBack<Side>(frame, next);
@@ -150,20 +168,21 @@ template <int Side, MoveTest Test>
     frame.placedPiece = placed;
     next.board[to] = static_cast<std::int8_t>(placed);
 
-    int kingSquare;
-    if constexpr (Test == MoveTest::Legal) {
-      if (placed == Side * piece::King) detail::kingSquareOf<Side>(next) = static_cast<std::uint8_t>(to);
-      kingSquare = detail::kingSquareOf<Side>(next);
-    } else {
-      kingSquare = placed == Side * piece::King ? to : detail::kingSquareOf<Side>(next);
-    }
     if constexpr (Test == MoveTest::Checking) {
       if (isAttackedByOpponentOf<-Side>(detail::enemyKingSquareOf<Side>(frame.position), next) < 0) {
         detail::putBack<Side>(frame, next);
         continue;
       }
     }
-    if (isAttackedByOpponentOf<Side>(kingSquare, next) >= 0) {
+    bool kingAttacked;
+    if (placed == Side * piece::King) {
+      if constexpr (Test == MoveTest::Legal) detail::kingSquareOf<Side>(next) = static_cast<std::uint8_t>(to);
+      kingAttacked = isAttackedByOpponentOf<Side>(to, next) >= 0;
+    } else {
+      kingAttacked = kingLines != 0 && isAttackedAlongByOpponentOf<Side>(detail::kingSquareOf<Side>(next), next,
+                                                                         kingLines) >= 0;
+    }
+    if (kingAttacked) {
       detail::putBack<Side>(frame, next);
       continue;
     }

@@ -98,14 +98,16 @@ template <int Side>
   constexpr int rook = Side * piece::Rook;
   const std::int8_t* board = position.board;
   auto attacked = [&](int square) { return isAttackedByOpponentOf<Side>(square, position) >= 0; };
-  const bool mayLong = Side == White ? position.whiteLongCastle : position.blackLongCastle;
-  const bool mayShort = Side == White ? position.whiteShortCastle : position.blackShortCastle;
-  if (mayLong && board[home - 4] == rook && board[home - 3] == 0 && board[home - 2] == 0 && board[home - 1] == 0 &&
-      !attacked(home) && !attacked(home - 1)) {
+  const bool mayLong = (Side == White ? position.whiteLongCastle : position.blackLongCastle) && board[home - 4] == rook &&
+                       board[home - 3] == 0 && board[home - 2] == 0 && board[home - 1] == 0;
+  const bool mayShort = (Side == White ? position.whiteShortCastle : position.blackShortCastle) &&
+                        board[home + 1] == 0 && board[home + 2] == 0 && board[home + 3] == rook;
+  // The king's own square is tested once for both wings.
+  if (!(mayLong || mayShort) || attacked(home)) return;
+  if (mayLong && !attacked(home - 1)) {
     *out++ = MoveEntry{home - 2, Side == White ? kind::WhiteLongCastle : kind::BlackLongCastle};
   }
-  if (mayShort && board[home + 1] == 0 && board[home + 2] == 0 && board[home + 3] == rook && !attacked(home) &&
-      !attacked(home + 1)) {
+  if (mayShort && !attacked(home + 1)) {
     *out++ = MoveEntry{home + 2, Side == White ? kind::WhiteShortCastle : kind::BlackShortCastle};
   }
 }

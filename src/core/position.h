@@ -104,6 +104,10 @@ struct PlyStack {
   std::array<PlyFrame, kPlyFrameCount> frames{};
   int rootSide = White;
   int lastMoveSquare = 0;
+  // Per ply, the lines from the mover's king on which an enemy man could attack
+  // it, found when the ply's iterator starts; they make the legality test of
+  // all but king moves look only where an attack can come from.
+  std::array<unsigned, kPlyFrameCount> kingAttackLines{};
 
   PlyFrame& operator[](int ply) { return frames[static_cast<std::size_t>(ply)]; }
   const PlyFrame& operator[](int ply) const { return frames[static_cast<std::size_t>(ply)]; }
