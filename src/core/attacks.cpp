@@ -57,7 +57,8 @@ template <int Attacker, int Square, int FileStep, int RowStep, int Distance>
 }
 
 template <int Attacker, int Square, int FileStep, int RowStep, int... Distance>
-[[gnu::always_inline]] inline bool rayAttacks(const std::int8_t* board, std::integer_sequence<int, Distance...>) {
+[[gnu::always_inline]] inline bool rayAttacks([[maybe_unused]] const std::int8_t* board,
+                                              std::integer_sequence<int, Distance...>) {
   bool hit = false;
   (void)(rayGoesOn<Attacker, Square, FileStep, RowStep, Distance + 1>(board, hit) && ...);
   return hit;
@@ -113,15 +114,16 @@ int attackedBy(const Position& position) {
 // Whether some square of a ray holds a man that would attack along it if
 // nothing stood between; blockers are ignored.
 template <int Attacker, int Square, int FileStep, int RowStep, int... Distance>
-[[gnu::always_inline]] inline bool rayHoldsAttacker(const std::int8_t* board, std::integer_sequence<int, Distance...>) {
+[[gnu::always_inline]] inline bool rayHoldsAttacker([[maybe_unused]] const std::int8_t* board,
+                                                    std::integer_sequence<int, Distance...>) {
   constexpr bool diagonal = FileStep != 0 && RowStep != 0;
   constexpr bool pawnSide = diagonal && RowStep == (Attacker == Black ? -1 : 1);
   constexpr std::uint8_t nearMask = diagonal ? (kDiagNear | (pawnSide ? kPawnNear : 0)) : kLineNear;
   constexpr std::uint8_t farMask = diagonal ? kDiagFar : kLineFar;
-  auto holds = [&](int target, std::uint8_t mask) {
+  [[maybe_unused]] auto holds = [&](int target, std::uint8_t mask) {
     return (kClasses<Attacker>[static_cast<std::uint8_t>(board[target])] & mask) != 0;
   };
-  return (false | ... | holds(rayStep(Square, FileStep, RowStep, Distance + 1), Distance == 0 ? nearMask : farMask));
+  return (false || ... || holds(rayStep(Square, FileStep, RowStep, Distance + 1), Distance == 0 ? nearMask : farMask));
 }
 
 template <int Attacker, int Square, int... Ray>
