@@ -20,12 +20,12 @@ run_stockfish() {  # fen depth -> best seconds of three runs
   done
   echo "$best"
 }
-while read -r name fen depth nodes; do
+while IFS='|' read -r name fen depth nodes; do
   seconds=$(run_stockfish "$fen" "$depth")
   our_rate=$(echo "$ours" | awk -v n="$name" '$1 == n {print $(NF-2)}')
   echo "$name $depth $nodes $seconds $our_rate" |
     awk '{sf = $3 / $4 / 1e6; printf "%-9s stockfish perft %d: %.1f M nodes/s (process included); ours %.1f M leaves/s = %.0f%%\n", $1, $2, sf, $5, 100 * $5 / sf}'
 done <<'POSITIONS'
-start rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 6 119060324
-kiwipete r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 5 193690690
+start|rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq -|6|119060324
+kiwipete|r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq -|5|193690690
 POSITIONS
