@@ -8,6 +8,6 @@ scripts/install-deps.sh
 cmake --preset release >/dev/null
 cmake --build --preset release -j "$(nproc)" --target velkaro-cli
 
-fen=$(grep -v '^\[' examples/start.fen | head -n 1)
-echo "velkaro-cli perft --fen \"$fen\" --depth 5 --divide"
-exec build/release/src/cli/velkaro-cli perft --fen "$fen" --depth 5 --divide
+fen=$(grep -m 1 -E '^[1-8KQRBNPkqrbnp]+/' examples/problems.fen)
+echo "velkaro-cli solve --fen \"$fen\" --stip \"#2\""
+exec build/release/src/cli/velkaro-cli solve --fen "$fen" --stip "#2"

@@ -10,6 +10,7 @@
 namespace velkaro::cli {
 
 int runPerft(const Options& options);
+int runSolve(const Options& options);
 
 // A refused set-up's message goes to stderr as it stands.
 class StderrMessages : public core::MessageSink {

@@ -30,6 +30,7 @@ int main(int argc, char** argv) {
   const auto options = parseOptions(arguments);
   if (!options) return usage();
   if (options->command == "perft") return runPerft(*options);
+  if (options->command == "solve") return runSolve(*options);
   std::fprintf(stderr, "velkaro-cli: unknown command \"%s\"\n", options->command.c_str());
   return usage();
 }

@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <string_view>
 
+#include "counter/first_moves.h"
 #include "formats/fen.h"
 
 namespace velkaro::cli {
@@ -127,6 +128,20 @@ std::optional<core::BoardSetup> setupFromOptions(const Options& options) {
     setup.lastMoveSquare = square;
   }
   return setup;
+}
+
+std::optional<solver::FirstMove> chosenFirstMove(const core::BoardSetup& setup, const std::string& text) {
+  std::optional<solver::FirstMove> chosen;
+  for (const solver::FirstMove& move : counter::firstMoveList(setup)) {
+    if (!counter::namesMove(move, text)) continue;
+    if (chosen) {
+      complain("--first-move: \"" + text + "\" names more than one move; give its from-square too");
+      return std::nullopt;
+    }
+    chosen = move;
+  }
+  if (!chosen) complain("--first-move: \"" + text + "\" is not a legal first move");
+  return chosen;
 }
 
 }  // namespace velkaro::cli

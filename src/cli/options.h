@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "core/position.h"
+#include "solver/first_move.h"
 
 namespace velkaro::cli {
 
@@ -37,5 +38,9 @@ int usage();
 // The set-up the FEN (and --ep) describe; on a mistake returns nothing after
 // printing what was wrong.
 std::optional<core::BoardSetup> setupFromOptions(const Options& options);
+
+// The legal first move `text` names; on a mistake (none, or several) returns
+// nothing after printing what was wrong.
+std::optional<solver::FirstMove> chosenFirstMove(const core::BoardSetup& setup, const std::string& text);
 
 }  // namespace velkaro::cli

@@ -1,0 +1,259 @@
+// The search body of direct mates and selfmates: an iterative full-width
+// depth-first search over the ply stack, one step at a time, so that it can
+// return at any step and be re-entered there. Odd plies belong to the side
+// that moves first; it succeeds when one move works, its opponent when every
+// move is answered.
+//
+// Direct mate in n: the mate finder decides ply 2n - 1. Selfmate in n: ply 2n
+// succeeds when every legal move of the opponent mates the first side.
+
+#include <string>
+
+#include "core/attacks.h"
+#include "core/legal.h"
+#include "solver/solver_job.h"
+
+namespace velkaro::solver {
+
+using core::PlyFrame;
+
+SolverJob::Outcome SolverJob::mateSearch() {
+  for (;;) {
+    if (stopRequested_) return Outcome::Stopped;
+    switch (step_) {
+      case Step::Enter:
+        enterPly();
+        break;
+      case Step::NextMove:
+        nextMoveAtPly();
+        break;
+      case Step::NextMate:
+        nextMateAtPly();
+        break;
+      case Step::Returned:
+        if (const Outcome outcome = returnedFromPly(); outcome != Outcome::Searching) return outcome;
+        break;
+      case Step::Done:
+        return Outcome::Exhausted;
+    }
+  }
+}
+
+void SolverJob::enterPly() {
+  PlyFrame& frame = stack_[ply_];
+  frame.searchFlag = 0;  // moves made at this ply so far
+  const bool selfmate = settings_.stipulation.selfmate;
+  if (!selfmate && ply_ == lastMovePly_) {
+    step_ = Step::NextMate;
+  } else if (!selfmate && ply_ == plies_) {
+    // Only a forced first move of a mate in 1 leads here: did it mate?
+    result_ = sideMated(ply_);
+    if (result_) stack_[ply_ - 1].searchCount = 1;
+    step_ = Step::Returned;
+  } else if (selfmate && ply_ == lastMovePly_) {
+    result_ = allRepliesMate(ply_);
+    step_ = Step::Returned;
+  } else {
+    step_ = Step::NextMove;
+  }
+}
+
+void SolverJob::nextMoveAtPly() {
+  PlyFrame& frame = stack_[ply_];
+  if (core::nextLegalMove(stack_, ply_, frame.searchFlag) >= 0) {
+    exhaustedPly();
+    return;
+  }
+  countTestedMove();
+  ++frame.searchFlag;
+  frame.searchCount = 0;  // set when this move turns out to mate
+  if (ply_ == 1) newFirstMove();
+  if (phase_ == Phase::SecondMoves && ply_ == 2) secondMoves_ = 0;
+  ++ply_;
+  step_ = Step::Enter;
+}
+
+// The last ply of a direct mate: one mating move is enough, except while all
+// second moves are listed, when every mate at ply 3 is a line of its own.
+void SolverJob::nextMateAtPly() {
+  PlyFrame& frame = stack_[ply_];
+  const bool listing = phase_ == Phase::SecondMoves && ply_ == 3;
+  if (findMate(ply_, frame.searchFlag)) {
+    ++frame.searchFlag;
+    frame.searchCount = 1;
+    if (listing) {
+      addSecondMove();
+      return;
+    }
+    result_ = true;
+  } else {
+    result_ = listing;
+  }
+  step_ = Step::Returned;
+}
+
+// A ply has no further move. The side moving first fails (while listing
+// second moves, ply 3 has done its work). Its opponent succeeds when it made
+// moves, all answered; without any move it is mated or stalemated: a mate
+// before the last move completes a direct mate, a stalemate does not, and in
+// a selfmate either means the first side was not mated.
+void SolverJob::exhaustedPly() {
+  const PlyFrame& frame = stack_[ply_];
+  const bool moved = frame.searchFlag > 0;
+  const bool selfmate = settings_.stipulation.selfmate;
+  const bool mated = !moved && core::inCheck(stack_.sideAt(ply_), frame.position);
+  if (attackerPly(ply_)) {
+    // A selfmate's first side mated on the way has reached its goal early.
+    result_ = (phase_ == Phase::SecondMoves && ply_ == 3) || (selfmate && mated);
+  } else {
+    result_ = moved || (!selfmate && mated);
+  }
+  if (mated && ply_ > 1) stack_[ply_ - 1].searchCount = 1;
+  step_ = Step::Returned;
+}
+
+SolverJob::Outcome SolverJob::returnedFromPly() {
+  if (ply_ == startPly()) {
+    if (ply_ == 1 && !result_) {
+      step_ = Step::Done;
+      return Outcome::Exhausted;
+    }
+    return keyProved();
+  }
+  const int parent = ply_ - 1;
+  ply_ = parent;
+  if (attackerPly(parent)) {
+    if (!result_) {
+      step_ = Step::NextMove;
+    } else if (parent == 1) {
+      return keyProved();
+    } else if (phase_ == Phase::SecondMoves && parent == 3) {
+      addSecondMove();
+      step_ = Step::NextMove;
+    } else {
+      step_ = Step::Returned;  // this ply succeeds too
+    }
+  } else if (result_) {
+    if (parent == 2 && phase_ == Phase::Keys) addVariation();
+    step_ = Step::NextMove;
+  } else {
+    step_ = Step::Returned;  // a refutation: this ply fails
+  }
+  return Outcome::Searching;
+}
+
+// The first move (or the forced one) works. With "Testing all second moves"
+// its defences are gone through once more, listing every working reply;
+// then the key is reported, and Continue tries the next first move.
+SolverJob::Outcome SolverJob::keyProved() {
+  const bool forced = settings_.firstMove.has_value();
+  if (forced && !result_) {
+    step_ = Step::Done;
+    return Outcome::Exhausted;
+  }
+  if (phase_ == Phase::Keys && settings_.testAllSecondMoves && moves_ >= 2) {
+    phase_ = Phase::SecondMoves;
+    ply_ = 2;
+    step_ = Step::Enter;
+    return Outcome::Searching;
+  }
+  phase_ = Phase::Keys;
+  ply_ = startPly();
+  step_ = forced ? Step::Done : (lastMovePly_ == 1 && !settings_.stipulation.selfmate ? Step::NextMate
+                                                                                        : Step::NextMove);
+  return Outcome::Found;
+}
+
+void SolverJob::newFirstMove() {
+  ++firstMovesTried_;
+  const int position = firstMovesTotal_ > 0 ? firstMovesTried_ * kProgressBarFull / firstMovesTotal_ : 0;
+  moveBar(position < kProgressBarFull ? position : kProgressBarFull);
+  variations_.clear();
+  computeThreat();
+}
+
+// The threat of a direct mate: a mate the first side would give at once if
+// its opponent could pass after the key. Frame 2 stands for the pass.
+void SolverJob::computeThreat() {
+  threat_.valid = false;
+  if (settings_.stipulation.selfmate || settings_.testAllSecondMoves || moves_ < 2) return;
+  PlyFrame& pass = stack_[2];
+  if (core::inCheck(stack_.sideAt(2), pass.position)) return;
+  pass.movedPiece = 0;  // no double step to take en passant
+  core::copyPositionToNextPly(pass);
+  if (!findMate(3, 0)) return;
+  const PlyFrame& threat = stack_[3];
+  threat_ = Threat{true, threat.fromSquare, threat.toSquare, threat.moveKind, notation_.MoveText(stack_, 3)};
+}
+
+// The first move of the side at `ply`, after `continuing` the search from the
+// move it made last, that mates: only checks can, so the checking-move
+// iterator offers the candidates. The mate is left made in frame ply + 1.
+bool SolverJob::findMate(int ply, int continuing) {
+  while (core::nextCheckingMove(stack_, ply, continuing) < 0) {
+    continuing = 1;
+    countTestedMove();
+    if (core::nextLegalMovePlain(stack_, ply + 1, 0) < 0) {
+      countTestedMove();
+    } else {
+      return true;
+    }
+  }
+  return false;
+}
+
+// In check with no legal move.
+bool SolverJob::sideMated(int ply) {
+  if (!core::inCheck(stack_.sideAt(ply), stack_[ply].position)) return false;
+  if (core::nextLegalMovePlain(stack_, ply, 0) < 0) {
+    countTestedMove();
+    return false;
+  }
+  return true;
+}
+
+// The last move of a selfmate: the opponent must have a move, and every one
+// of them must mate. In a selfmate in 1 each is a variation of the key.
+bool SolverJob::allRepliesMate(int ply) {
+  bool replied = false;
+  for (int continuing = 0; core::nextLegalMove(stack_, ply, continuing) < 0; continuing = 1) {
+    countTestedMove();
+    replied = true;
+    if (!sideMated(ply + 1)) return false;
+    if (ply == 2) variations_.push_back("1...., " + notation_.MoveText(stack_, 2) + "#");
+  }
+  return replied;
+}
+
+// A defence at ply 2 and the reply at ply 3 that answers it. A reply that is
+// the threat again is left out: the threat line already says it.
+void SolverJob::addVariation() {
+  if (settings_.testAllSecondMoves) return;
+  const PlyFrame& reply = stack_[3];
+  std::string line = "1...., " + notation_.MoveText(stack_, 2);
+  if (stack_[2].searchCount != 0) {
+    variations_.push_back(line + "#");  // the defence itself mated (selfmates)
+    return;
+  }
+  if (threat_.valid && reply.fromSquare == threat_.fromSquare && reply.toSquare == threat_.toSquare &&
+      reply.moveKind == threat_.moveKind) {
+    return;
+  }
+  line += "  2. " + notation_.MoveText(stack_, 3);
+  if (reply.searchCount != 0 && !settings_.stipulation.selfmate) line += "#";
+  variations_.push_back(line);
+}
+
+// One more working reply at ply 3 to the defence at ply 2; further replies to
+// the same defence line up under the first.
+void SolverJob::addSecondMove() {
+  std::string move = "2. " + notation_.MoveText(stack_, 3);
+  if (stack_[3].searchCount != 0 && !settings_.stipulation.selfmate) move += "#";
+  if (secondMoves_++ == 0) {
+    variations_.push_back("1...., " + notation_.MoveText(stack_, 2) + "  " + move);
+  } else {
+    variations_.push_back(std::string(24, ' ') + move);
+  }
+}
+
+}  // namespace velkaro::solver

@@ -1,0 +1,117 @@
+#pragma once
+// A Solver run: direct mates, selfmates and helpmates in n. The driver checks
+// the set-up, builds the first frames, runs the search body for the
+// stipulation and reports each result; Stop and Continue re-enter the body
+// exactly where it left off.
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "core/position.h"
+#include "core/stipulation.h"
+#include "solver/first_move.h"
+#include "solver/job.h"
+
+namespace velkaro::solver {
+
+struct SolveSettings {
+  core::BoardSetup setup;
+  core::Stipulation stipulation;
+  bool minimumMoves = false;         // "Search minimum moves"
+  bool stopOnFirstSolution = true;   // "Stop on first solution"
+  bool testAllSecondMoves = false;   // "Testing all second moves" (not for helpmates)
+  std::optional<FirstMove> firstMove;  // "Select move"; none means all moves
+};
+
+// How a run (Start or Continue) ended.
+enum class RunEnd {
+  Refused,   // the set-up check refused the position; nothing was searched
+  Stopped,   // Stop was requested; Continue resumes
+  Solution,  // paused after a solution ("Stop on first solution"); Continue goes on
+  Finished,  // nothing more to find; Continue is not possible
+};
+
+// Deepest stipulations the ply stack holds: 2n + 2 frames for a helpmate or
+// selfmate in n, 2n + 1 for a direct mate.
+inline constexpr int kMaxMoves = (core::kPlyFrameCount - 2) / 2 - 1;
+
+class SolverJob : public Job {
+ public:
+  using Job::Job;
+
+  // Start: a fresh run with these settings.
+  RunEnd start(const SolveSettings& settings);
+  // Continue: after Stop, or after a solution.
+  RunEnd resume();
+  bool finished() const { return finished_; }
+  int solutionsFound() const { return solutions_; }
+
+ private:
+  // Where the search body stands between steps; saved on every return.
+  enum class Step { Enter, NextMove, Returned, NextMate, Done };
+  enum class Phase { Keys, SecondMoves };
+  enum class Outcome { Searching, Stopped, Found, Exhausted };
+  // What the driver does after a result: go on at once, pause at a solution
+  // (unless solutions should not pause the run), or end the run.
+  enum class After { Go, Pause, Finish };
+
+  struct Threat {
+    bool valid = false;
+    int fromSquare = 0;
+    int toSquare = 0;
+    int moveKind = 0;
+    std::string text;
+  };
+
+  RunEnd runLoop();
+  bool prepareFreshSearch();
+  void buildFrames();
+  void beginDepth();
+  Outcome searchBody();
+  After afterOutcome(Outcome outcome);
+  bool failedDepth();
+
+  // Direct mates and selfmates (one body; the colours follow the ply).
+  Outcome mateSearch();
+  void enterPly();
+  void nextMoveAtPly();
+  void nextMateAtPly();
+  void exhaustedPly();
+  Outcome returnedFromPly();
+  Outcome keyProved();
+  void newFirstMove();
+  void computeThreat();
+  bool findMate(int ply, int continuing);
+  bool sideMated(int ply);
+  bool allRepliesMate(int ply);
+  void addVariation();
+  void addSecondMove();
+
+  void reportMateResult(bool found);
+  void addMinimumMovesHeader();
+
+  bool attackerPly(int ply) const { return (ply & 1) == 1; }
+  int startPly() const { return settings_.firstMove ? 2 : 1; }
+  int lineDepth() const override { return lastMovePly_; }
+  int linePly() const override { return ply_; }
+
+  SolveSettings settings_;
+  int moves_ = 0;        // n of the depth being searched
+  int plies_ = 0;        // 2n, or 2n + 1 for selfmates and helpmates
+  int lastMovePly_ = 0;  // the ply of the last move of the stipulation
+  int ply_ = 1;
+  Step step_ = Step::Enter;
+  Phase phase_ = Phase::Keys;
+  bool result_ = false;
+  bool finished_ = true;
+  bool found_ = false;
+  int solutions_ = 0;
+  int firstMovesTried_ = 0;
+  int firstMovesTotal_ = 0;
+  int secondMoves_ = 0;      // working second moves listed for the current defence
+  Threat threat_;
+  std::vector<std::string> variations_;
+};
+
+}  // namespace velkaro::solver

@@ -1,0 +1,186 @@
+// Direct mates against their published solutions, line for line, and the
+// driver's options: Stop and Continue, all second moves, a chosen first move,
+// minimum moves and refused set-ups.
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "counter/first_moves.h"
+#include "solver/solver_job.h"
+#include "solver_fixture.h"
+
+namespace velkaro::solver {
+namespace {
+
+struct Problem {
+  const char* name;
+  const char* fen;
+  const char* stipulation;
+  const char* text;  // the whole solution text
+};
+
+// Composers and sources as published; the texts are Velkaro's.
+const Problem kDirectMates[] = {
+    {"mate in 1", "k7/8/1K6/8/8/8/8/7R w - -", "#1", "Solution No 1\n1. Rh1 - h8 #\nNo more solutions\n"},
+    {"A. Kish, Christian Science Monitor 1935", "2n2K2/1Q3Pr1/3pk3/5bp1/4p1q1/2B1nNNB/8/8 w - -", "#2",
+     "Solution No 1\n"
+     "1. Kf8 - e8   threat:  2.  f7 - f8N#\n"
+     "\t1...., Rg7 - g8   2.  f7 - g8Q#\n"
+     "\t1...., Rg7 - f7   2. Qb7 - f7 #\n"
+     "\t1....,  d6 - d5   2. Qb7 - d7 #\n"
+     "\t1...., Bf5 - g6   2. Nf3 - g5 #\n"
+     "\t1...., Qg4 - h5   2. Qb7 - e4 #\n"
+     "\t1...., Ne3 - d5   2. Qb7 - d7 #\n"
+     "No more solutions\n"},
+    {"K. S. Howard, The Observer 1926", "1b3B2/2N2b2/3n4/2Q5/rp3K2/k2N4/1pP5/1B6 w - -", "#2",
+     "Solution No 1\n"
+     "1. Qc5 - d4   threat:  2. Qd4 - b2 #\n"
+     "\t1...., Nd6 - c4   2. Qd4 - c3 #\n"
+     "\t1...., Ra4 - a5   2. Qd4 - b4 #\n"
+     "\t1...., Ra4 - a6   2. Qd4 - b4 #\n"
+     "\t1...., Ra4 - a7   2. Qd4 - b4 #\n"
+     "\t1...., Ra4 - a8   2. Qd4 - b4 #\n"
+     "\t1....,  b4 - b3   2. Nc7 - b5 #\n"
+     "No more solutions\n"},
+    // Two threats; replies that repeat the first one are left out.
+    {"J. Haring, Arbejder Skak 1960", "2B5/8/4N1r1/2Kp4/3pkP2/R2N3Q/4b1P1/6b1 w - -", "#2",
+     "Solution No 1\n"
+     "1. Kc5 - b4   threat:  2. Ne6 - c5 #\n"
+     "\t1...., Rg6 - g3   2. Nd3 - c5 #\n"
+     "\t1...., Rg6 - e6   2. Qh3 - e6 #\n"
+     "\t1...., Be2 - f3   2. Nd3 - c5 #\n"
+     "\t1...., Be2 - d3   2. Qh3 - d3 #\n"
+     "No more solutions\n"},
+    // No threat: the key waits.
+    {"D. M. Howard, Problem Observer 2007", "B7/8/7Q/4k3/KNp5/8/5P2/8 w - -", "#3",
+     "Solution No 1\n"
+     "1. Qh6 - g6 \n"
+     "\t1...., Ke5 - f4   2. Qg6 - h5 \n"
+     "\t1...., Ke5 - d4   2. Qg6 - f6 \n"
+     "\t1....,  c4 - c3   2. Nb4 - d3 \n"
+     "No more solutions\n"},
+    {"V. Shmatov, StrateGems 2012", "8/7p/8/4p2K/5kPP/1Q4N1/8/8 w - -", "#3",
+     "Solution No 1\n"
+     "1. Qb3 - a3 \n"
+     "\t1....,  h7 - h6   2. Qa3 - c3 \n"
+     "\t1....,  e5 - e4   2. Ng3 - f5 \n"
+     "No more solutions\n"},
+};
+
+TEST(DirectMate, PublishedProblems) {
+  for (const Problem& problem : kDirectMates) {
+    Solve solve(problem.fen, problem.stipulation);
+    EXPECT_EQ(solve.runToEnd(), problem.text) << problem.name;
+  }
+}
+
+// Variation lines hang under their key line in the result tree.
+TEST(DirectMate, VariationsAreChildrenOfTheKey) {
+  Solve solve("8/7p/8/4p2K/5kPP/1Q4N1/8/8 w - -", "#3");
+  solve.runToEnd();
+  EXPECT_EQ(solve.tree(), (std::vector<std::string>{"Solution No 1", "1. Qb3 - a3 ", "  1....,  h7 - h6   2. Qa3 - c3 ",
+                                                    "  1....,  e5 - e4   2. Ng3 - f5 ", "No more solutions"}));
+}
+
+// Stopping at every k-th progress tick and continuing gives exactly the
+// lines of an uninterrupted run, with and without a pause at each key.
+TEST(DirectMate, StopAndContinueChangeNothing) {
+  const char* fen = "B7/8/7Q/4k3/KNp5/8/5P2/8 w - -";
+  for (const bool pauseAtKeys : {false, true}) {
+    Solve whole(fen, "#3");
+    whole.settings.stopOnFirstSolution = pauseAtKeys;
+    const std::string expected = whole.runToEnd();
+    for (const int k : {1, 2, 7}) {
+      Solve interrupted(fen, "#3");
+      interrupted.settings.stopOnFirstSolution = pauseAtKeys;
+      interrupted.stopEveryTick(k, 37);
+      EXPECT_EQ(interrupted.runToEnd(), expected) << "stopping at every " << k << ". tick";
+      EXPECT_GT(interrupted.stops, 10) << k;
+      EXPECT_EQ(interrupted.job.testedMoves().total(), whole.job.testedMoves().total());
+    }
+  }
+}
+
+// Every working second move, the duals lined up under the first; quiet
+// continuations and mates alike. L. Makaronets, Best Problems 2019.
+TEST(DirectMate, TestingAllSecondMovesListsEveryReply) {
+  Solve solve("K5R1/7p/7p/8/R3PkP1/3p1b2/3pBQn1/4n2N w - -", "#3");
+  solve.settings.testAllSecondMoves = true;
+  EXPECT_EQ(solve.runToEnd(),
+            "Solution No 1\n"
+            "1. Qf2 - b6 \n"
+            "\t1....,  h6 - h5   2. Qb6 - h6 \n"
+            "\t1...., Kf4 - e5   2. Qb6 - c7 \n"
+            "\t1....,  d3 - e2   2. Qb6 - h6 \n"
+            "\t1...., Bf3 - g4   2. Rg8 - g4 \n"
+            "\t1...., Bf3 - e4   2. Qb6 - c6 \n"
+            "\t1...., Bf3 - e2   2. Qb6 - f6 \n"
+            "\t1....,  d2 - d1Q  2. Qb6 - h6 \n"
+            "\t1....,  d2 - d1N  2. Qb6 - h6 \n"
+            "\t1....,  d2 - d1R  2. Qb6 - h6 \n"
+            "\t1....,  d2 - d1B  2. Qb6 - h6 \n"
+            "\t1...., Ng2 - h4   2. Qb6 - h6 \n"
+            "\t1...., Ng2 - e3   2. Qb6 - b8 #\n"
+            "\t                        2. Qb6 - d6 #\n"
+            "\t                        2. Qb6 - h6 \n"
+            "\t                        2. Qb6 - c7 #\n"
+            "\t1...., Ne1 - c2   2. Qb6 - f6 \n"
+            "\t                        2. Qb6 - h6 \n"
+            "No more solutions\n");
+  // In a two-mover every mate after each defence is listed.
+  Solve twoMover("2n2K2/1Q3Pr1/3pk3/5bp1/4p1q1/2B1nNNB/8/8 w - -", "#2");
+  twoMover.settings.testAllSecondMoves = true;
+  const std::string text = twoMover.runToEnd();
+  EXPECT_NE(text.find("\t1...., Rg7 - g8   2.  f7 - g8Q#\n\t                        2.  f7 - g8B#\n"),
+            std::string::npos);
+  EXPECT_NE(text.find("\t1...., Ne3 - d5   2. Qb7 - d7 #\n\t                        2. Qb7 - c8 #\n"
+                      "\t                        2.  f7 - f8N#\n"),
+            std::string::npos);
+  EXPECT_EQ(text.find("threat"), std::string::npos);
+}
+
+TEST(DirectMate, ChosenFirstMove) {
+  const char* fen = "8/7p/8/4p2K/5kPP/1Q4N1/8/8 w - -";
+  Solve key(fen, "#3");
+  key.chooseFirstMove("Qb3-a3");
+  EXPECT_EQ(key.runToEnd(),
+            "1. Qb3 - a3    O.K.\n"
+            "\t1....,  h7 - h6   2. Qa3 - c3 \n"
+            "\t1....,  e5 - e4   2. Ng3 - f5 \n");
+  EXPECT_TRUE(key.job.finished());
+  Solve refuted(fen, "#3");
+  refuted.chooseFirstMove("Qb3-c3");  // refuted by 1...h6
+  EXPECT_EQ(refuted.runToEnd(), "No solution\n");
+}
+
+TEST(DirectMate, MinimumMoves) {
+  Solve solve("8/7p/8/4p2K/5kPP/1Q4N1/8/8 w - -", "#5");
+  solve.settings.minimumMoves = true;
+  EXPECT_EQ(solve.runToEnd(),
+            "In 1 moves:\n- no solution\n"
+            "In 2 moves:\n- no solution\n"
+            "In 3 moves:\n"
+            "Solution No 1\n"
+            "1. Qb3 - a3 \n"
+            "\t1....,  h7 - h6   2. Qa3 - c3 \n"
+            "\t1....,  e5 - e4   2. Ng3 - f5 \n"
+            "No more solutions\n");
+  // Up to the stipulated number of moves and no further.
+  Solve tooShort("8/7p/8/4p2K/5kPP/1Q4N1/8/8 w - -", "#2");
+  tooShort.settings.minimumMoves = true;
+  EXPECT_EQ(tooShort.runToEnd(), "In 1 moves:\n- no solution\nIn 2 moves:\n- no solution\n");
+  EXPECT_TRUE(tooShort.job.finished());
+}
+
+TEST(DirectMate, RefusedSetUpSearchesNothing) {
+  Solve solve("8/8/8/8/8/8/K7/k6R b - -", "#1");  // the side not to move is in check
+  EXPECT_EQ(solve.job.start(solve.settings), RunEnd::Refused);
+  EXPECT_EQ(solve.messages, (std::vector<std::string>{"Velkaro: CHECKMATE !"}));
+  EXPECT_EQ(solve.job.testedMoves().total(), 0u);
+  EXPECT_EQ(solve.job.solutionText(), "");
+}
+
+}  // namespace
+}  // namespace velkaro::solver
