@@ -29,7 +29,7 @@ template <int Code, int Square, int FileStep, int RowStep, int Distance>
 }
 
 template <int Code, int Square, int FileStep, int RowStep, int... Distance>
-[[gnu::always_inline]] inline void slideAlong(const std::int8_t* board, MoveEntry*& out,
+[[gnu::always_inline]] inline void slideAlong([[maybe_unused]] const std::int8_t* board, [[maybe_unused]] MoveEntry*& out,
                                               std::integer_sequence<int, Distance...>) {
   (void)(slideTo<Code, Square, FileStep, RowStep, Distance + 1>(board, out) && ...);
 }
