@@ -40,14 +40,6 @@ std::int64_t Job::elapsedMs() const {
   return std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - start_).count();
 }
 
-void Job::countTestedMoveLate() {
-  if (++tested_.remainder > BigCount::kBillion) {
-    tested_.remainder -= BigCount::kBillion;
-    ++tested_.billions;
-  }
-  if (--countdown_ == 0) tick();
-}
-
 Progress Job::progress(bool withLine) {
   Progress shown;
   const std::int64_t elapsed = elapsedMs();
@@ -98,9 +90,14 @@ void Job::moveBar(int position) {
   progressSink_.barMoved(position);
 }
 
-ItemId Job::addRootLine(std::string_view text) {
+ItemId Job::addRootItem(std::string_view text) {
   const ItemId id = nextItem_++;
   reportSink_.insertRootItem(id, text);
+  return id;
+}
+
+ItemId Job::addRootLine(std::string_view text) {
+  const ItemId id = addRootItem(text);
   appendToBuffer(text);
   appendToBuffer("\n");
   return id;

@@ -34,6 +34,13 @@ struct BigCount {
       ++billions;
     }
   }
+  // The remainder is reduced only once it exceeds one billion.
+  void addCarryingLate() {
+    if (++remainder > kBillion) {
+      remainder -= kBillion;
+      ++billions;
+    }
+  }
   std::uint64_t total() const { return static_cast<std::uint64_t>(billions) * kBillion + remainder; }
 };
 
@@ -69,12 +76,13 @@ class Job {
  protected:
   // Counts one made move; every refresh interval the progress tick runs.
   void countTestedMove() {
-    tested_.add();
+    if (lateBillionCarry_) {
+      tested_.addCarryingLate();
+    } else {
+      tested_.add();
+    }
     if (--countdown_ == 0) tick();
   }
-  // The helpmate search's counter reduces the remainder only once it exceeds
-  // one billion, one move later than the others.
-  void countTestedMoveLate();
   void tick();
 
   // A fresh run clears the counters, the clock, the result lines and buffer;
@@ -86,7 +94,8 @@ class Job {
   void finalUpdate();
   void moveBar(int position);
 
-  ItemId addRootLine(std::string_view text);
+  ItemId addRootLine(std::string_view text);  // in the tree and, with "\n", in the buffer
+  ItemId addRootItem(std::string_view text);  // in the tree only
   ItemId addChildLine(ItemId parent, std::string_view text);
   // Root item that the next result replaces (" searching ...").
   void insertPlaceholder(std::string_view text);
@@ -106,6 +115,8 @@ class Job {
   core::MessageSink& messages_;
 
   bool stopRequested_ = false;
+  // The helpmate search carries into the billions one move later.
+  bool lateBillionCarry_ = false;
   BigCount tested_;
   int refreshInterval_ = kDefaultRefreshInterval;
   int countdown_ = kDefaultRefreshInterval;

@@ -176,7 +176,10 @@ void SolverJob::newFirstMove() {
 // its opponent could pass after the key. Frame 2 stands for the pass.
 void SolverJob::computeThreat() {
   threat_.valid = false;
-  if (settings_.stipulation.selfmate || settings_.testAllSecondMoves || moves_ < 2) return;
+  if (settings_.stipulation.selfmate || settings_.stipulation.helpmate || settings_.testAllSecondMoves ||
+      moves_ < 2) {
+    return;
+  }
   PlyFrame& pass = stack_[2];
   if (core::inCheck(stack_.sideAt(2), pass.position)) return;
   pass.movedPiece = 0;  // no double step to take en passant

@@ -13,6 +13,7 @@ namespace velkaro::solver {
 
 RunEnd SolverJob::start(const SolveSettings& settings) {
   settings_ = settings;
+  lateBillionCarry_ = settings.stipulation.helpmate;
   finished_ = false;
   found_ = false;
   solutions_ = 0;
@@ -53,9 +54,9 @@ void SolverJob::buildFrames() {
 // A fresh search for moves_: the body starts at its first ply, and the number
 // of first moves is counted for the progress bar.
 void SolverJob::beginDepth() {
-  const bool selfmate = settings_.stipulation.selfmate;
-  plies_ = selfmate ? 2 * moves_ + 1 : 2 * moves_;
-  lastMovePly_ = selfmate ? 2 * moves_ : 2 * moves_ - 1;
+  const bool lastMoveMates = settings_.stipulation.selfmate || settings_.stipulation.helpmate;
+  plies_ = lastMoveMates ? 2 * moves_ + 1 : 2 * moves_;
+  lastMovePly_ = lastMoveMates ? 2 * moves_ : 2 * moves_ - 1;
   ply_ = startPly();
   step_ = Step::Enter;
   phase_ = Phase::Keys;
@@ -64,6 +65,8 @@ void SolverJob::beginDepth() {
   firstMovesTried_ = 0;
   firstMovesTotal_ = settings_.firstMove ? 1 : core::countMoves(stack_, 1);
   stack_[ply_].searchFlag = 0;
+  stack_[1].searchCount = 0;
+  helpmatePlies_ = 0;
   if (settings_.firstMove) computeThreat();
 }
 
@@ -89,33 +92,52 @@ RunEnd SolverJob::runLoop() {
   }
 }
 
-SolverJob::Outcome SolverJob::searchBody() { return mateSearch(); }
+SolverJob::Outcome SolverJob::searchBody() {
+  return settings_.stipulation.helpmate ? helpSearch() : mateSearch();
+}
 
 // Reports what the body returned. In minimum-moves mode a depth without a
 // solution moves on to the next depth, up to the stipulated number of moves.
 SolverJob::After SolverJob::afterOutcome(Outcome outcome) {
   const bool found = outcome == Outcome::Found;
-  if (settings_.minimumMoves && !found && solutions_ == 0) {
+  const bool helpmate = settings_.stipulation.helpmate;
+  if (settings_.minimumMoves && !found) {
     if (!failedDepth()) return After::Finish;
     ++moves_;
     buildFrames();
     addMinimumMovesHeader();
     return After::Go;
   }
-  reportMateResult(found);
+  if (helpmate) {
+    reportHelpResult(found);
+  } else {
+    reportMateResult(found);
+  }
   finalUpdate();
-  const bool more = found && !settings_.firstMove;
+  // A forced first move of a direct mate or selfmate is one answer; a
+  // helpmate goes on to the next line that begins with it.
+  const bool more = found && (helpmate || !settings_.firstMove);
   if (!more) finished_ = true;
   return more ? After::Pause : After::Finish;
 }
 
-// "- no solution" for a depth; false when the stipulated depth was the last.
+// A depth of the minimum-moves search without a (further) solution. After a
+// solution the run ends; otherwise "- no solution" and, unless this was the
+// stipulated depth, the next depth follows. The buffer texts of the ending
+// are the program's own, the helpmate's format string included.
 bool SolverJob::failedDepth() {
   deletePending();
-  addRootLine("- no solution");
+  const bool helpmate = settings_.stipulation.helpmate;
+  const bool last = solutions_ > 0 || moves_ >= settings_.stipulation.moves;
+  if (solutions_ > 0) {
+    addRootItem(helpmate ? " No more solutions" : "No more solutions");
+    appendToBuffer(helpmate ? "%s No more solutions" : "No more solutions");
+  } else {
+    addRootLine(helpmate ? " - no solution" : "- no solution");
+  }
   reportSink_.scrollToEnd();
   finalUpdate();
-  if (moves_ < settings_.stipulation.moves) return true;
+  if (!last) return true;
   finished_ = true;
   moveBar(kProgressBarFull);
   reportSink_.beep();
@@ -145,6 +167,33 @@ void SolverJob::reportMateResult(bool found) {
     found_ = false;
   }
   threat_.valid = false;
+  finishResult(true);
+}
+
+}  // namespace velkaro::solver
+
+namespace velkaro::solver {
+
+// A helpmate line: "  Solution No %d", then the moves in pairs, the last one
+// marked as mate.
+void SolverJob::reportHelpResult(bool found) {
+  deletePending();
+  if (found) {
+    ++solutions_;
+    found_ = true;
+    addRootLine("  Solution No " + std::to_string(solutions_));
+    for (int pair = 1; 2 * pair <= helpmatePlies_; ++pair) {
+      std::string line = std::to_string(pair) + ". " + notation_.MoveText(stack_, 2 * pair - 1);
+      line += ",  " + notation_.MoveText(stack_, 2 * pair);
+      if (2 * pair == helpmatePlies_) line += "#";
+      addRootLine(line);
+    }
+  } else {
+    addRootLine(solutions_ > 0 ? "No more solutions" : "  Solution no found");
+    finished_ = true;
+    moveBar(kProgressBarFull);
+    found_ = false;
+  }
   finishResult(true);
 }
 

@@ -40,7 +40,8 @@ class SolverJob : public Job {
  public:
   using Job::Job;
 
-  // Start: a fresh run with these settings.
+  // Start: a fresh run with these settings. The side to move in the set-up
+  // moves first; in a helpmate that is the side to be mated.
   RunEnd start(const SolveSettings& settings);
   // Continue: after Stop, or after a solution.
   RunEnd resume();
@@ -88,7 +89,13 @@ class SolverJob : public Job {
   void addVariation();
   void addSecondMove();
 
+  // Helpmates.
+  Outcome helpSearch();
+  bool helpNextMove();
+  bool helpNextMate();
+
   void reportMateResult(bool found);
+  void reportHelpResult(bool found);
   void addMinimumMovesHeader();
 
   bool attackerPly(int ply) const { return (ply & 1) == 1; }
@@ -110,6 +117,7 @@ class SolverJob : public Job {
   int firstMovesTried_ = 0;
   int firstMovesTotal_ = 0;
   int secondMoves_ = 0;      // working second moves listed for the current defence
+  int helpmatePlies_ = 0;    // length of the helpmate line just found
   Threat threat_;
   std::vector<std::string> variations_;
 };
