@@ -6,16 +6,36 @@
 
 #include "cli/options.h"
 #include "core/messages.h"
+#include "solver/sinks.h"
 
 namespace velkaro::cli {
 
 int runPerft(const Options& options);
 int runSolve(const Options& options);
+int runCount(const Options& options);
 
 // A refused set-up's message goes to stderr as it stands.
 class StderrMessages : public core::MessageSink {
  public:
   void showMessage(std::string_view caption, std::string_view text) override;
+};
+
+// stdout gets exactly the result text, as it is written.
+class PrintedReport : public solver::ReportSink {
+ public:
+  void bufferAppended(std::string_view text) override;
+};
+
+// On a terminal the clock, the tested moves and the speed stay on one line
+// of stderr while a job runs.
+class TerminalProgress : public solver::ProgressSink {
+ public:
+  TerminalProgress();
+  bool tick(const solver::Progress& progress) override;
+  void clear() const;
+
+ private:
+  bool shown_;
 };
 
 // The last line on stderr: time, examined moves and speed.

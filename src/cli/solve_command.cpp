@@ -1,8 +1,6 @@
 // velkaro-cli solve: every key of a direct mate, selfmate or helpmate, printed
 // as the solution text grows; progress and a summary on stderr.
 
-#include <unistd.h>
-
 #include <cctype>
 #include <charconv>
 #include <cstdio>
@@ -15,34 +13,6 @@
 namespace velkaro::cli {
 
 namespace {
-
-// stdout gets exactly the solution text, as it is written.
-class PrintedReport : public solver::ReportSink {
- public:
-  void bufferAppended(std::string_view text) override {
-    std::fwrite(text.data(), 1, text.size(), stdout);
-    if (!text.empty() && text.back() == '\n') std::fflush(stdout);
-  }
-};
-
-// On a terminal the clock, the tested moves and the speed stay on one line.
-class TerminalProgress : public solver::ProgressSink {
- public:
-  TerminalProgress() : shown_(isatty(STDERR_FILENO) != 0) {}
-  bool tick(const solver::Progress& progress) override {
-    if (shown_) {
-      std::fprintf(stderr, "\r%s %s moves %s moves/sec  ", progress.clock.c_str(), progress.testedMoves.c_str(),
-                   progress.speed.c_str());
-    }
-    return false;
-  }
-  void clear() const {
-    if (shown_) std::fputs("\r\033[K", stderr);
-  }
-
- private:
-  bool shown_;
-};
 
 // "#2", "S#3", "h#4" (any case).
 bool parseStipulation(const std::string& text, core::Stipulation& stipulation) {
