@@ -10,6 +10,7 @@
 #include <cstring>
 
 #include "core/attacks.h"
+#include "core/check_geometry.h"
 #include "core/movegen.h"
 #include "core/position.h"
 
@@ -143,6 +144,10 @@ template <int Side, MoveTest Test>
   if (!continuing) {
     copyPositionToNextPly(frame);
     kingLines = attackLinesAgainst<Side>(detail::kingSquareOf<Side>(frame.position), frame.position);
+    if constexpr (Test == MoveTest::Checking) {
+      stack.discoveryLines[static_cast<std::size_t>(ply)] =
+          attackLinesAgainst<-Side>(detail::enemyKingSquareOf<Side>(frame.position), frame.position);
+    }
     if (!detail::takeUpMan<Side>(stack, ply, frame, next, 0)) return 1;
   } else {
     detail::putBack<Side>(frame, next);
@@ -169,7 +174,12 @@ template <int Side, MoveTest Test>
     next.board[to] = static_cast<std::int8_t>(placed);
 
     if constexpr (Test == MoveTest::Checking) {
-      if (isAttackedByOpponentOf<-Side>(detail::enemyKingSquareOf<Side>(frame.position), next) < 0) {
+      // Most moves cannot check at all; only those that can get the attack test.
+      const int enemyKing = detail::enemyKingSquareOf<Side>(frame.position);
+      const bool plainMove = entry.kind > kind::EnPassant || entry.kind < 0;
+      if ((plainMove && !mayGiveCheck(placed, frame.fromSquare, to, enemyKing,
+                                      stack.discoveryLines[static_cast<std::size_t>(ply)])) ||
+          isAttackedByOpponentOf<-Side>(enemyKing, next) < 0) {
         detail::putBack<Side>(frame, next);
         continue;
       }

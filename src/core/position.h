@@ -108,6 +108,9 @@ struct PlyStack {
   // it, found when the ply's iterator starts; they make the legality test of
   // all but king moves look only where an attack can come from.
   std::array<unsigned, kPlyFrameCount> kingAttackLines{};
+  // Per ply, for the checking-move iterator: the lines from the enemy king
+  // that hold the mover's line pieces, along which a move may uncover check.
+  std::array<unsigned, kPlyFrameCount> discoveryLines{};
 
   PlyFrame& operator[](int ply) { return frames[static_cast<std::size_t>(ply)]; }
   const PlyFrame& operator[](int ply) const { return frames[static_cast<std::size_t>(ply)]; }

@@ -161,6 +161,30 @@ TEST(LegalMoves, IteratorVariants) {
   // Only the moves that check the king on c6, in generation order.
   Board board("8/8/2k5/8/8/3N4/8/R5K1 w - -");
   EXPECT_EQ(board.made(nextCheckingMove), (Texts{"Nd3 - e5 ", "Nd3 - b4 ", "Ra1 - a6 ", "Ra1 - c1 "}));
+  // Over positions with discovered checks, checking promotions, castling and
+  // en passant: exactly the legal moves after which the enemy king is attacked.
+  struct Case {
+    const char* fen;
+    const char* lastMove;
+  };
+  const Case positions[] = {
+      {"5k2/8/8/8/8/8/8/4K2R w K -", ""},          // castling gives check
+      {"4k3/8/8/8/8/8/4N3/4R1K1 w - -", ""},       // every knight move uncovers check
+      {"3k4/1P6/8/8/8/8/8/K7 w - -", ""},          // promotions that check
+      {"8/8/8/k1pP3R/8/8/8/4K3 w - -", "c5"},      // en passant uncovers check
+      {"4k3/8/8/3n4/8/8/8/Q3K3 w - -", ""},        // queen checks on lines and diagonals
+  };
+  for (const Case& test : positions) {
+    const int lastMove = test.lastMove[0] != 0 ? sq(test.lastMove) : 0;
+    Board checking(test.fen, lastMove);
+    Board legal(test.fen, lastMove);
+    Texts expected;
+    for (int continuing = 0; nextLegalMove(legal.stack, 1, continuing) < 0; continuing = 1) {
+      if (inCheck(-legal.stack.rootSide, legal.stack[2].position)) expected.push_back(legal.notation.MoveText(legal.stack, 1));
+    }
+    EXPECT_FALSE(expected.empty()) << test.fen;
+    EXPECT_EQ(checking.made(nextCheckingMove), expected) << test.fen;
+  }
   // The plain iterator makes the same moves as the full one but leaves the
   // next frame's king square and castling flags as they were.
   Board kings("4k3/8/8/8/8/8/8/R3K2R w KQ -");

@@ -166,7 +166,7 @@ TEST(DirectMate, MinimumMoves) {
             "1. Qb3 - a3 \n"
             "\t1....,  h7 - h6   2. Qa3 - c3 \n"
             "\t1....,  e5 - e4   2. Ng3 - f5 \n"
-            "No more solutions\n");
+            "No more solutions");  // the program's own ending: no line break
   // Up to the stipulated number of moves and no further.
   Solve tooShort("8/7p/8/4p2K/5kPP/1Q4N1/8/8 w - -", "#2");
   tooShort.settings.minimumMoves = true;
