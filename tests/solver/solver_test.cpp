@@ -61,6 +61,39 @@ const Problem kDirectMates[] = {
      "\t1...., Ke5 - d4   2. Qg6 - f6 \n"
      "\t1....,  c4 - c3   2. Nb4 - d3 \n"
      "No more solutions\n"},
+    {"R. Skuja, Wiener Schachzeitung 1934: castling key", "4k2r/5p1p/5Q2/8/8/4p3/8/R3K3 w Qk -", "#2",
+     "Solution No 1\n"
+     "1. 0 - 0 - 0  threat:  2. Qf6 - d8 #\n"
+     "\t1...., Ke8 - f8   2. Rd1 - d8 #\n"
+     "\t1...., 0 - 0  2. Rd1 - g1 #\n"
+     "No more solutions\n"},
+    {"W. A. Shinkman 1912: promotion key", "4kB2/6P1/8/3Q4/8/8/8/7K w - -", "#2",
+     "Solution No 1\n1.  g7 - g8B\n\t1...., Ke8 - f8   2. Qd5 - f7 #\nNo more solutions\n"},
+    {"H. Reddmann, Die Schwalbe 2019: castling mate", "2nn1R1r/5b2/8/7p/6p1/Q5Np/3B1NkP/4K2R w K -", "#2",
+     "Solution No 1\n"
+     "1. Nf2 - d3   threat:  2. Nd3 - f4 #\n"
+     "\t1...., Nd8 - e6   2. Qa3 - a8 #\n"
+     "\t1...., Bf7 - g8   2. Rf8 - f2 #\n"
+     "\t1...., Bf7 - g6   2. Rf8 - f2 #\n"
+     "\t1...., Bf7 - e8   2. Rf8 - f2 #\n"
+     "\t1...., Bf7 - e6   2. Rf8 - f2 #\n"
+     "\t1...., Bf7 - d5   2. Rf8 - f2 #\n"
+     "\t1...., Bf7 - c4   2. Rf8 - f2 #\n"
+     "\t1...., Bf7 - b3   2. Rf8 - f2 #\n"
+     "\t1...., Bf7 - a2   2. Rf8 - f2 #\n"
+     "\t1...., Kg2 - f3   2. 0 - 0#\n"
+     "No more solutions\n"},
+    // The Kish problem with colours exchanged: Black plays first and mates.
+    {"Black first", "8/8/2b1Nnnb/4P1Q1/5BP1/3PK3/1q3pR1/2N2k2 b - -", "#2",
+     "Solution No 1\n"
+     "1. Kf1 - e1   threat:  2.  f2 - f1N#\n"
+     "\t1...., Ne6 - d4   2. Qb2 - d2 #\n"
+     "\t1...., Qg5 - h4   2. Qb2 - e5 #\n"
+     "\t1...., Bf4 - g3   2. Nf6 - g4 #\n"
+     "\t1....,  d3 - d4   2. Qb2 - d2 #\n"
+     "\t1...., Rg2 - g1   2.  f2 - g1Q#\n"
+     "\t1...., Rg2 - f2   2. Qb2 - f2 #\n"
+     "No more solutions\n"},
     {"V. Shmatov, StrateGems 2012", "8/7p/8/4p2K/5kPP/1Q4N1/8/8 w - -", "#3",
      "Solution No 1\n"
      "1. Qb3 - a3 \n"
@@ -74,6 +107,20 @@ TEST(DirectMate, PublishedProblems) {
     Solve solve(problem.fen, problem.stipulation);
     EXPECT_EQ(solve.runToEnd(), problem.text) << problem.name;
   }
+}
+
+// J. Kling, The Chess Euclid 1849: the key takes en passant after b7-b5.
+TEST(DirectMate, EnPassantKeyNeedsTheLastMove) {
+  const char* fen = "R7/7q/7r/Pp6/5p1r/7P/4Q3/k3K2R w K -";
+  Solve withLastMove(fen, "#2", core::squareAt(1, 5));
+  EXPECT_EQ(withLastMove.runToEnd(),
+            "Solution No 1\n"
+            "1.  a5 - b6 \n"
+            "\t1...., Qh7 - a7   2. Ke1 - f2 #\n"
+            "\t1...., Ka1 - b1   2. Ke1 - f2 #\n"
+            "No more solutions\n");
+  Solve without(fen, "#2");
+  EXPECT_EQ(without.runToEnd(), "No solution\n");
 }
 
 // Variation lines hang under their key line in the result tree.
