@@ -196,11 +196,8 @@ bool SolverJob::findMate(int ply, int continuing) {
   while (core::nextCheckingMove(stack_, ply, continuing) < 0) {
     continuing = 1;
     countTestedMove();
-    if (core::nextLegalMovePlain(stack_, ply + 1, 0) < 0) {
-      countTestedMove();
-    } else {
-      return true;
-    }
+    if (!core::hasLegalMove(stack_, ply + 1)) return true;
+    countTestedMove();
   }
   return false;
 }
@@ -208,11 +205,9 @@ bool SolverJob::findMate(int ply, int continuing) {
 // In check with no legal move.
 bool SolverJob::sideMated(int ply) {
   if (!core::inCheck(stack_.sideAt(ply), stack_[ply].position)) return false;
-  if (core::nextLegalMovePlain(stack_, ply, 0) < 0) {
-    countTestedMove();
-    return false;
-  }
-  return true;
+  if (!core::hasLegalMove(stack_, ply)) return true;
+  countTestedMove();
+  return false;
 }
 
 // The last move of a selfmate: the opponent must have a move, and every one
