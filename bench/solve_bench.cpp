@@ -88,7 +88,8 @@ bool solve(const Problem& problem, Result& result) {
   if (!import.selectLine({problem.fen}, 0, "FEN")) return false;
   solver::SolveSettings settings;
   settings.setup = formats::setupFromImport(import.result());
-  if (problem.lastMove.size() == 2) settings.setup.lastMoveSquare = core::squareAt(problem.lastMove[0] - 'a', problem.lastMove[1] - '0');
+  if (problem.lastMove.size() == 2)
+    settings.setup.lastMoveSquare = core::squareAt(problem.lastMove[0] - 'a', problem.lastMove[1] - '0');
   const char kind = problem.stipulation[0];
   settings.stipulation.helpmate = kind == 'H' || kind == 'h';
   settings.stipulation.selfmate = kind == 'S' || kind == 's';
@@ -104,8 +105,8 @@ bool solve(const Problem& problem, Result& result) {
   }
   result.ms = std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start).count();
   result.tested = job.testedMoves().total();
-  result.men = static_cast<int>(std::count_if(settings.setup.board.begin(), settings.setup.board.end(),
-                                              [](int code) { return code != 0; }));
+  result.men = static_cast<int>(
+      std::count_if(settings.setup.board.begin(), settings.setup.board.end(), [](int code) { return code != 0; }));
   result.keys = keysFound(job.solutionText(), settings.stipulation.helpmate);
   return true;
 }
@@ -124,10 +125,10 @@ int main(int argc, char** argv) {
     Result result{&problem, 0, 0, 0, ""};
     if (!solve(problem, result)) continue;
     results.push_back(result);
-    std::printf("%-22s %-4s %2d men %10.2f ms %14llu moves %7.1f M/s  found: %s | published: %s\n",
-                problem.id.c_str(), problem.stipulation.c_str(), result.men, result.ms,
-                static_cast<unsigned long long>(result.tested), result.ms > 0 ? result.tested / result.ms / 1000 : 0,
-                result.keys.c_str(), problem.solution.substr(0, 60).c_str());
+    std::printf("%-22s %-4s %2d men %10.2f ms %14llu moves %7.1f M/s  found: %s | published: %s\n", problem.id.c_str(),
+                problem.stipulation.c_str(), result.men, result.ms, static_cast<unsigned long long>(result.tested),
+                result.ms > 0 ? result.tested / result.ms / 1000 : 0, result.keys.c_str(),
+                problem.solution.substr(0, 60).c_str());
   }
   std::sort(results.begin(), results.end(), [](const Result& a, const Result& b) { return a.ms > b.ms; });
   std::printf("\nslowest:\n");

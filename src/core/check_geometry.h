@@ -79,7 +79,8 @@ inline constexpr auto kLines = makeLines();
 inline constexpr auto kEmptyBoardAttacks = makeAttacks();
 
 static_assert(kLines[60][4] == 2 && kLines[60][56] == 0 && kLines[0][63] == 5 && kLines[0][10] == -1);
-static_assert(kEmptyBoardAttacks[pieceSlot(piece::Knight)][56] == ((std::uint64_t{1} << 41) | (std::uint64_t{1} << 50)));
+static_assert(kEmptyBoardAttacks[pieceSlot(piece::Knight)][56] ==
+              ((std::uint64_t{1} << 41) | (std::uint64_t{1} << 50)));
 static_assert(kEmptyBoardAttacks[pieceSlot(piece::Pawn)][52] == ((std::uint64_t{1} << 43) | (std::uint64_t{1} << 45)));
 static_assert(kEmptyBoardAttacks[pieceSlot(-piece::Pawn)][12] == ((std::uint64_t{1} << 19) | (std::uint64_t{1} << 21)));
 
@@ -92,7 +93,8 @@ static_assert(kEmptyBoardAttacks[pieceSlot(-piece::Pawn)][12] == ((std::uint64_t
 // and are not judged here.
 inline bool mayGiveCheck(int placed, int from, int to, int enemyKing, unsigned discoveryLines) {
   if ((check_geometry::kEmptyBoardAttacks[static_cast<std::size_t>(pieceSlot(placed))][static_cast<std::size_t>(to)] >>
-       enemyKing) & 1) {
+       enemyKing) &
+      1) {
     return true;
   }
   const int line = check_geometry::kLines[static_cast<std::size_t>(enemyKing)][static_cast<std::size_t>(from)];

@@ -111,7 +111,8 @@ constexpr std::array<std::uint16_t, 64> castlingKeptFrom(int side) {
   for (int from = 0; from < 64; ++from) {
     const bool keepLong = from != kingHome && from != kingHome - 4;
     const bool keepShort = from != kingHome && from != kingHome + 3;
-    kept[static_cast<std::size_t>(from)] = static_cast<std::uint16_t>((keepLong ? 0x00ff : 0) | (keepShort ? 0xff00 : 0));
+    kept[static_cast<std::size_t>(from)] =
+        static_cast<std::uint16_t>((keepLong ? 0x00ff : 0) | (keepShort ? 0xff00 : 0));
   }
   return kept;
 }
@@ -121,7 +122,8 @@ inline constexpr std::array<std::uint16_t, 64> kCastlingKept = castlingKeptFrom(
 
 template <int Side>
 [[gnu::always_inline]] inline void updateCastlingRights(const PlyFrame& frame, Position& next) {
-  constexpr std::size_t offset = Side == White ? offsetof(Position, whiteLongCastle) : offsetof(Position, blackLongCastle);
+  constexpr std::size_t offset =
+      Side == White ? offsetof(Position, whiteLongCastle) : offsetof(Position, blackLongCastle);
   std::uint16_t rights;
   std::memcpy(&rights, reinterpret_cast<const unsigned char*>(&frame.position) + offset, sizeof rights);
   if (rights == 0) return;
@@ -191,8 +193,8 @@ template <int Side, MoveTest Test>
       if constexpr (Test == MoveTest::Legal) detail::kingSquareOf<Side>(next) = static_cast<std::uint8_t>(to);
       kingAttacked = isAttackedByOpponentOf<Side>(to, next) >= 0;
     } else {
-      kingAttacked = kingLines != 0 && isAttackedAlongByOpponentOf<Side>(detail::kingSquareOf<Side>(next), next,
-                                                                         kingLines) >= 0;
+      kingAttacked =
+          kingLines != 0 && isAttackedAlongByOpponentOf<Side>(detail::kingSquareOf<Side>(next), next, kingLines) >= 0;
     }
     if (kingAttacked) {
       detail::putBack<Side>(frame, next);
@@ -224,8 +226,9 @@ inline bool hasLegalMove(PlyStack& stack, int ply) {
       const bool special = entry->kind >= kind::WhiteLongCastle && entry->kind <= kind::EnPassant;
       const int placed = special ? detail::makeSpecial<Side>(entry->kind, to, next) : entry->kind;
       next.board[to] = static_cast<std::int8_t>(placed);
-      const bool legal = placed == Side * piece::King ? isAttackedByOpponentOf<Side>(to, next) < 0
-                                                      : lines == 0 || isAttackedAlongByOpponentOf<Side>(king, next, lines) < 0;
+      const bool legal = placed == Side * piece::King
+                             ? isAttackedByOpponentOf<Side>(to, next) < 0
+                             : lines == 0 || isAttackedAlongByOpponentOf<Side>(king, next, lines) < 0;
       frame.toSquare = to;
       frame.moveKind = entry->kind;
       detail::putBack<Side>(frame, next);

@@ -29,7 +29,8 @@ template <int Code, int Square, int FileStep, int RowStep, int Distance>
 }
 
 template <int Code, int Square, int FileStep, int RowStep, int... Distance>
-[[gnu::always_inline]] inline void slideAlong([[maybe_unused]] const std::int8_t* board, [[maybe_unused]] MoveEntry*& out,
+[[gnu::always_inline]] inline void slideAlong([[maybe_unused]] const std::int8_t* board,
+                                              [[maybe_unused]] MoveEntry*& out,
                                               std::integer_sequence<int, Distance...>) {
   (void)(slideTo<Code, Square, FileStep, RowStep, Distance + 1>(board, out) && ...);
 }
@@ -98,8 +99,8 @@ template <int Side>
   constexpr int rook = Side * piece::Rook;
   const std::int8_t* board = position.board;
   auto attacked = [&](int square) { return isAttackedByOpponentOf<Side>(square, position) >= 0; };
-  const bool mayLong = (Side == White ? position.whiteLongCastle : position.blackLongCastle) && board[home - 4] == rook &&
-                       board[home - 3] == 0 && board[home - 2] == 0 && board[home - 1] == 0;
+  const bool mayLong = (Side == White ? position.whiteLongCastle : position.blackLongCastle) &&
+                       board[home - 4] == rook && board[home - 3] == 0 && board[home - 2] == 0 && board[home - 1] == 0;
   const bool mayShort = (Side == White ? position.whiteShortCastle : position.blackShortCastle) &&
                         board[home + 1] == 0 && board[home + 2] == 0 && board[home + 3] == rook;
   // The king's own square is tested once for both wings.
@@ -222,14 +223,17 @@ constexpr std::array<PieceGenerator, 64> kNoGenerators{};
 
 }  // namespace
 
+// Slots follow pieceSlot: queen, king, knight, -, rook, -, pawn, -, bishop.
+// clang-format off
 constinit const std::array<std::array<PieceGenerator, 64>, 18> kPieceGenerators = {
-    generatorsOf<White, QueenGen>(),  generatorsOf<White, KingGen>(), generatorsOf<White, KnightGen>(),
-    kNoGenerators,                    generatorsOf<White, RookGen>(), kNoGenerators,
-    generatorsOf<White, PawnGen>(),   kNoGenerators,                  generatorsOf<White, BishopGen>(),
-    generatorsOf<Black, QueenGen>(),  generatorsOf<Black, KingGen>(), generatorsOf<Black, KnightGen>(),
-    kNoGenerators,                    generatorsOf<Black, RookGen>(), kNoGenerators,
-    generatorsOf<Black, PawnGen>(),   kNoGenerators,                  generatorsOf<Black, BishopGen>(),
+    generatorsOf<White, QueenGen>(), generatorsOf<White, KingGen>(), generatorsOf<White, KnightGen>(),
+    kNoGenerators,                   generatorsOf<White, RookGen>(), kNoGenerators,
+    generatorsOf<White, PawnGen>(),  kNoGenerators,                  generatorsOf<White, BishopGen>(),
+    generatorsOf<Black, QueenGen>(), generatorsOf<Black, KingGen>(), generatorsOf<Black, KnightGen>(),
+    kNoGenerators,                   generatorsOf<Black, RookGen>(), kNoGenerators,
+    generatorsOf<Black, PawnGen>(),  kNoGenerators,                  generatorsOf<Black, BishopGen>(),
 };
+// clang-format on
 
 static_assert(pieceSlot(piece::Queen) == 0 && pieceSlot(piece::King) == 1 && pieceSlot(piece::Knight) == 2);
 static_assert(pieceSlot(piece::Rook) == 4 && pieceSlot(piece::Pawn) == 6 && pieceSlot(piece::Bishop) == 8);

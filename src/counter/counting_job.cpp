@@ -22,8 +22,8 @@ const char* padding(std::int32_t count) {
   static constexpr struct {
     std::int32_t above;
     int blanks;
-  } kSteps[] = {{99'999'999, 17}, {9'999'999, 19}, {999'999, 21}, {99'999, 24}, {9'999, 26},
-                {999, 28},        {99, 31},        {9, 33}};
+  } kSteps[] = {{99'999'999, 17}, {9'999'999, 19}, {999'999, 21}, {99'999, 24},
+                {9'999, 26},      {999, 28},       {99, 31},      {9, 33}};
   static const std::string kBlanks(35, ' ');
   for (const auto& step : kSteps) {
     if (count > step.above) return kBlanks.c_str() + (35 - step.blanks);
@@ -48,14 +48,17 @@ std::string countLine(const BigCount& count, const BigCount& previous, int depth
     if (previous.total() > 0) ratio = static_cast<double>(count.remainder) / static_cast<double>(previous.total());
   } else {
     billions = core::GroupDigits(std::to_string(count.billions));
-    number = core::GroupDigits(std::to_string(static_cast<std::int64_t>(count.remainder) + BigCount::kBillion)).substr(2);
+    number =
+        core::GroupDigits(std::to_string(static_cast<std::int64_t>(count.remainder) + BigCount::kBillion)).substr(2);
     column = std::string(count.billions > 9 ? 12 : 14, ' ');
-    if (inMillions(previous) > 0) ratio = static_cast<double>(inMillions(count)) / static_cast<double>(inMillions(previous));
+    if (inMillions(previous) > 0)
+      ratio = static_cast<double>(inMillions(count)) / static_cast<double>(inMillions(previous));
   }
   char ratioText[32];
   std::snprintf(ratioText, sizeof ratioText, "%.2f", ratio);
   const int sideAtDepth = depth % 2 == 1 ? -rootSide : rootSide;
-  return billions + " " + number + column + "x" + ratioText + (sideAtDepth == core::White ? "   / White /" : "   / Black /");
+  return billions + " " + number + column + "x" + ratioText +
+         (sideAtDepth == core::White ? "   / White /" : "   / Black /");
 }
 
 solver::RunEnd CountingJob::start(const CountSettings& settings) {

@@ -180,7 +180,9 @@ TEST(LegalMoves, IteratorVariants) {
     Board legal(test.fen, lastMove);
     Texts expected;
     for (int continuing = 0; nextLegalMove(legal.stack, 1, continuing) < 0; continuing = 1) {
-      if (inCheck(-legal.stack.rootSide, legal.stack[2].position)) expected.push_back(legal.notation.MoveText(legal.stack, 1));
+      if (inCheck(-legal.stack.rootSide, legal.stack[2].position)) {
+        expected.push_back(legal.notation.MoveText(legal.stack, 1));
+      }
     }
     EXPECT_FALSE(expected.empty()) << test.fen;
     EXPECT_EQ(checking.made(nextCheckingMove), expected) << test.fen;

@@ -140,8 +140,9 @@ TEST(SelectMove, RowsAreAllMovesThenEachLegalFirstMove) {
   core::BoardSetup setup = formats::setupFromImport(import.result());
   setup.lastMoveSquare = core::squareAt(0, 5);
   const std::vector<solver::FirstMove> moves = firstMoveList(setup);
-  EXPECT_EQ(selectMoveRows(moves, notation), (std::vector<std::string>{"Wszystkie", " b5 - b6 ", " b5 - a6 ", "Kd1 - c1 ",
-                                                                       "Kd1 - c2 ", "Kd1 - e2 ", "Kd1 - e1 "}));
+  EXPECT_EQ(selectMoveRows(moves, notation),
+            (std::vector<std::string>{"Wszystkie", " b5 - b6 ", " b5 - a6 ", "Kd1 - c1 ", "Kd1 - c2 ", "Kd1 - e2 ",
+                                      "Kd1 - e1 "}));
   EXPECT_EQ(moves[1].moveKind, core::kind::EnPassant);
   EXPECT_EQ(moves[1].ordinal, 1);
   EXPECT_EQ(moves[5].ordinal, 3);  // Kd1-e1: the king's fourth move, after c1, c2 and e2
