@@ -88,7 +88,9 @@ std::size_t valueStart(std::string_view line, std::size_t nameLength) {
   return at;
 }
 
-std::size_t skipBlank(std::string_view line, std::size_t at) { return at < line.size() && line[at] == ' ' ? at + 1 : at; }
+std::size_t skipBlank(std::string_view line, std::size_t at) {
+  return at < line.size() && line[at] == ' ' ? at + 1 : at;
+}
 
 // The first two-letter `pattern` lying wholly within positions first..last.
 std::size_t findWithin(std::string_view line, std::string_view pattern, std::size_t first, std::size_t last) {
