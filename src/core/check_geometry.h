@@ -18,14 +18,14 @@ namespace check_geometry {
 // 6 south, 7 south-west, as in the attack tests) from `from` through `to`, or
 // -1 when they share none.
 constexpr int lineBetween(int from, int to) {
-  constexpr int kFileSteps[8] = {-1, -1, 0, 1, 1, 1, 0, -1};
-  constexpr int kRowSteps[8] = {0, -1, -1, -1, 0, 1, 1, 1};
-  for (int line = 0; line < 8; ++line) {
-    for (int distance = 1; distance <= geometry::rayLength(from, kFileSteps[line], kRowSteps[line]); ++distance) {
-      if (geometry::rayStep(from, kFileSteps[line], kRowSteps[line], distance) == to) return line;
-    }
-  }
-  return -1;
+  const int fileStep = (to & 7) - (from & 7);
+  const int rowStep = (to >> 3) - (from >> 3);
+  if (from == to) return -1;
+  if (rowStep == 0) return fileStep < 0 ? 0 : 4;
+  if (fileStep == 0) return rowStep < 0 ? 2 : 6;
+  if (fileStep != rowStep && fileStep != -rowStep) return -1;
+  if (rowStep < 0) return fileStep < 0 ? 1 : 3;
+  return fileStep > 0 ? 5 : 7;
 }
 
 constexpr std::array<std::array<std::int8_t, 64>, 64> makeLines() {
@@ -36,41 +36,35 @@ constexpr std::array<std::array<std::int8_t, 64>, 64> makeLines() {
   return lines;
 }
 
-// Squares a man of piece slot `slot` (see pieceSlot) on `square` attacks on an
-// empty board, one bit per square.
-constexpr std::uint64_t emptyBoardAttacks(int slot, int square) {
-  const int magnitude = slot % 9;
-  const bool white = slot < 9;
-  std::uint64_t squares = 0;
-  auto add = [&](int target) {
-    if (target >= 0) squares |= std::uint64_t{1} << target;
-  };
-  for (int to = 0; to < 64; ++to) {
-    const int line = lineBetween(square, to);
-    const bool straight = line >= 0 && line % 2 == 0;
-    const bool diagonal = line >= 0 && line % 2 == 1;
-    const int fileStep = (to & 7) - (square & 7);
-    const int rowStep = (to >> 3) - (square >> 3);
-    const bool adjacent = to != square && fileStep >= -1 && fileStep <= 1 && rowStep >= -1 && rowStep <= 1;
-    if ((magnitude == pieceSlot(piece::Queen) && line >= 0) || (magnitude == pieceSlot(piece::Rook) && straight) ||
-        (magnitude == pieceSlot(piece::Bishop) && diagonal) || (magnitude == pieceSlot(piece::King) && adjacent)) {
-      add(to);
-    }
-  }
-  if (magnitude == pieceSlot(piece::Knight)) {
-    for (auto [fileStep, rowStep] : geometry::kKnightLeaps) add(geometry::leap(square, fileStep, rowStep));
-  }
-  if (magnitude == pieceSlot(piece::Pawn)) {
-    add(geometry::leap(square, -1, white ? -1 : 1));
-    add(geometry::leap(square, 1, white ? -1 : 1));
-  }
-  return squares;
-}
-
+// For each piece slot (see pieceSlot) and square, the squares a man of that
+// slot standing there attacks on an empty board, one bit per square.
 constexpr std::array<std::array<std::uint64_t, 64>, 18> makeAttacks() {
   std::array<std::array<std::uint64_t, 64>, 18> attacks{};
-  for (int slot = 0; slot < 18; ++slot) {
-    for (int square = 0; square < 64; ++square) attacks[slot][square] = emptyBoardAttacks(slot, square);
+  auto bit = [](int square) { return square >= 0 ? std::uint64_t{1} << square : std::uint64_t{0}; };
+  for (int square = 0; square < 64; ++square) {
+    std::uint64_t lines = 0;
+    std::uint64_t diagonals = 0;
+    std::uint64_t steps = 0;
+    for (int to = 0; to < 64; ++to) {
+      const int line = lineBetween(square, to);
+      if (line < 0) continue;
+      (line % 2 == 0 ? lines : diagonals) |= bit(to);
+      const int fileStep = (to & 7) - (square & 7);
+      const int rowStep = (to >> 3) - (square >> 3);
+      if (fileStep >= -1 && fileStep <= 1 && rowStep >= -1 && rowStep <= 1) steps |= bit(to);
+    }
+    std::uint64_t leaps = 0;
+    for (auto [fileStep, rowStep] : geometry::kKnightLeaps) leaps |= bit(geometry::leap(square, fileStep, rowStep));
+    for (int colour = 0; colour < 18; colour += 9) {
+      attacks[colour + pieceSlot(piece::Queen)][square] = lines | diagonals;
+      attacks[colour + pieceSlot(piece::Rook)][square] = lines;
+      attacks[colour + pieceSlot(piece::Bishop)][square] = diagonals;
+      attacks[colour + pieceSlot(piece::King)][square] = steps;
+      attacks[colour + pieceSlot(piece::Knight)][square] = leaps;
+      const int rowStep = colour == 0 ? -1 : 1;  // a pawn captures towards the far side
+      attacks[colour + pieceSlot(piece::Pawn)][square] =
+          bit(geometry::leap(square, -1, rowStep)) | bit(geometry::leap(square, 1, rowStep));
+    }
   }
   return attacks;
 }
