@@ -1,13 +1,21 @@
 #!/usr/bin/env bash
-# Builds Velkaro and starts it on the bundled example problem. Installs the
-# Debian packages it needs first.
+# Builds Velkaro and opens its window on the bundled example problems (the
+# first position of examples/problems.fen), or on a game's start when that
+# file is missing. Installs the Debian packages it needs first.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
 scripts/install-deps.sh
 cmake --preset release >/dev/null
-cmake --build --preset release -j "$(nproc)" --target velkaro-cli
+cmake --build --preset release -j "$(nproc)" --target velkaro
 
-fen=$(grep -m 1 -E '^[1-8KQRBNPkqrbnp]+/' examples/problems.fen)
-echo "velkaro-cli solve --fen \"$fen\" --stip \"#2\""
-exec build/release/src/cli/velkaro-cli solve --fen "$fen" --stip "#2"
+if [ -z "${DISPLAY:-}" ] && [ -z "${WAYLAND_DISPLAY:-}" ] && [ -z "${QT_QPA_PLATFORM:-}" ]; then
+  echo "No display to open the window on: set DISPLAY or WAYLAND_DISPLAY." >&2
+  exit 1
+fi
+
+problems=examples/problems.fen
+if [ -f "$problems" ]; then
+  exec build/release/src/ui/velkaro "$problems"
+fi
+exec build/release/src/ui/velkaro

@@ -1,0 +1,229 @@
+// The main window's layout and the board editor: placing and removing men,
+// the piece count, the en-passant choices that follow the board, the board
+// transformations and the tab strip.
+
+#include "ui/main_window.h"
+
+#include <QDir>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QStackedWidget>
+#include <QTabBar>
+#include <QVBoxLayout>
+
+#include "ui/board_view.h"
+#include "ui/en_passant.h"
+#include "ui/piece_palette.h"
+#include "ui/progress_panel.h"
+#include "ui/result_pane.h"
+#include "ui/solver_panel.h"
+
+namespace velkaro::ui {
+namespace {
+
+using core::piece::Bishop;
+using core::piece::King;
+using core::piece::Knight;
+using core::piece::Pawn;
+using core::piece::Queen;
+using core::piece::Rook;
+
+constexpr int kBackRank[8] = {Rook, Knight, Bishop, Queen, King, Bishop, Knight, Rook};
+
+Board gameStart() {
+  Board board{};
+  for (int file = 0; file < 8; ++file) {
+    board[static_cast<std::size_t>(file)] = -kBackRank[file];
+    board[static_cast<std::size_t>(8 + file)] = -Pawn;
+    board[static_cast<std::size_t>(48 + file)] = Pawn;
+    board[static_cast<std::size_t>(56 + file)] = kBackRank[file];
+  }
+  return board;
+}
+
+}  // namespace
+
+MainWindow::MainWindow(const QString& problemFolder, QWidget* parent)
+    : QMainWindow(parent), problemFolder_(problemFolder), importFolder_(QDir::currentPath()) {
+  setWindowTitle(QStringLiteral("Velkaro"));
+  resize(1180, 780);
+  setCentralWidget(createCentralArea());
+  createActions();
+  createMenus();
+  createToolBar();
+  loadSettings();
+  showBoard();
+}
+
+QWidget* MainWindow::createCentralArea() {
+  auto* area = new QWidget(this);
+  auto* layout = new QHBoxLayout(area);
+  layout->addWidget(createBoardArea(), 5);
+  layout->addWidget(createModeArea(), 4);
+  return area;
+}
+
+QWidget* MainWindow::createBoardArea() {
+  auto* area = new QWidget(this);
+  auto* layout = new QVBoxLayout(area);
+  layout->setContentsMargins(0, 0, 0, 0);
+  boardView_ = new BoardView(area);
+  boardView_->setShowsCoordinates(true);
+  layout->addWidget(boardView_, 1);
+
+  auto* paletteRow = new QHBoxLayout;
+  palette_ = new PiecePalette(area);
+  pieceCount_ = new QLabel(area);
+  // Room for "(16+16)", so that the count never moves the layout.
+  pieceCount_->setMinimumWidth(pieceCount_->fontMetrics().horizontalAdvance(QStringLiteral("(88+88)")));
+  pieceCount_->setAlignment(Qt::AlignCenter);
+  paletteRow->addStretch();
+  paletteRow->addWidget(palette_);
+  paletteRow->addSpacing(12);
+  paletteRow->addWidget(pieceCount_);
+  paletteRow->addStretch();
+  layout->addLayout(paletteRow);
+
+  connect(boardView_, &BoardView::squareClicked, this, &MainWindow::clickSquare);
+  connect(boardView_, &BoardView::manDragged, this, &MainWindow::dragMan);
+  connect(palette_, &PiecePalette::pieceDropped, this, &MainWindow::dropPiece);
+  return area;
+}
+
+// Solver and Variants share the solver panel; Variants adds its caption.
+QWidget* MainWindow::createModeArea() {
+  auto* area = new QWidget(this);
+  auto* layout = new QVBoxLayout(area);
+  layout->setContentsMargins(0, 0, 0, 0);
+  tabs_ = new QTabBar(area);
+  for (const char* name : {"Solver", "Creator", "Positions", "Variants"}) tabs_->addTab(QString::fromLatin1(name));
+  layout->addWidget(tabs_);
+  modeCaption_ = new QLabel(QStringLiteral("Counting number of possible continuations"), area);
+  QFont captionFont = modeCaption_->font();
+  captionFont.setBold(true);
+  modeCaption_->setFont(captionFont);
+  QSizePolicy captionPolicy = modeCaption_->sizePolicy();
+  captionPolicy.setRetainSizeWhenHidden(true);  // switching tabs must not move the board
+  modeCaption_->setSizePolicy(captionPolicy);
+  modeCaption_->hide();
+  layout->addWidget(modeCaption_);
+
+  panels_ = new QStackedWidget(area);
+  solverPanel_ = new SolverPanel(panels_);
+  panels_->addWidget(solverPanel_);
+  for (const char* text : {"Problem generation is not available in this version.",
+                           "Placement search is not available in this version."}) {
+    auto* placeholder = new QLabel(QString::fromLatin1(text), panels_);
+    placeholder->setAlignment(Qt::AlignCenter);
+    panels_->addWidget(placeholder);
+  }
+  layout->addWidget(panels_);
+  progressPanel_ = new ProgressPanel(area);
+  layout->addWidget(progressPanel_);
+  resultPane_ = new ResultPane(area);
+  layout->addWidget(resultPane_, 1);
+
+  connect(tabs_, &QTabBar::currentChanged, this, &MainWindow::changeMode);
+  connect(solverPanel_, &SolverPanel::sideChanged, this, &MainWindow::updateEnPassantChoices);
+  connect(solverPanel_, &SolverPanel::initialPositionRequested, this, &MainWindow::setUpInitialPosition);
+  connect(solverPanel_, &SolverPanel::clearRequested, this, &MainWindow::clearBoard);
+  return area;
+}
+
+core::BoardSetup MainWindow::setup() const {
+  core::BoardSetup setup;
+  setup.board = board_;
+  solverPanel_->readSettings(setup);
+  return setup;
+}
+
+// The side first: the en-passant choices depend on it and on the board.
+void MainWindow::setSetup(const core::BoardSetup& setup) {
+  solverPanel_->setSideToMove(setup.sideToMove);
+  board_ = setup.board;
+  showBoard();
+  solverPanel_->showSettings(setup);
+}
+
+core::Stipulation MainWindow::stipulation() const { return solverPanel_->stipulation(); }
+
+// A click places the palette's man; a click with the man already standing
+// there, or a right click, takes it off.
+void MainWindow::clickSquare(int square, Qt::MouseButton button) {
+  const int selected = palette_->selectedPiece();
+  if (button == Qt::RightButton) {
+    editSquare(square, 0);
+  } else if (button == Qt::LeftButton) {
+    editSquare(square, board_[static_cast<std::size_t>(square)] == selected ? 0 : selected);
+  }
+}
+
+// A man let go off the board leaves it.
+void MainWindow::dragMan(int from, int to) {
+  if (from == to) return;
+  const int code = board_[static_cast<std::size_t>(from)];
+  board_[static_cast<std::size_t>(from)] = 0;
+  if (to >= 0) board_[static_cast<std::size_t>(to)] = code;
+  showBoard();
+}
+
+void MainWindow::dropPiece(int code, QPoint globalPosition) {
+  const int square = boardView_->squareAtGlobal(globalPosition);
+  if (square >= 0) editSquare(square, code);
+}
+
+void MainWindow::editSquare(int square, int code) {
+  board_[static_cast<std::size_t>(square)] = code;
+  showBoard();
+}
+
+// Everything that follows the board: its squares (only the changed ones are
+// repainted), the piece count and the en-passant choices.
+void MainWindow::showBoard() {
+  boardView_->setBoard(board_);
+  int white = 0;
+  int black = 0;
+  for (int code : board_) {
+    white += code > 0;
+    black += code < 0;
+  }
+  pieceCount_->setText(QStringLiteral("(%1+%2)").arg(white).arg(black));
+  updateEnPassantChoices();
+}
+
+void MainWindow::updateEnPassantChoices() {
+  solverPanel_->setEnPassantChoices(enPassantChoices(board_, solverPanel_->sideToMove()));
+}
+
+void MainWindow::setUpInitialPosition() {
+  core::BoardSetup start;
+  start.board = gameStart();
+  start.whiteLongCastle = start.whiteShortCastle = true;
+  start.blackLongCastle = start.blackShortCastle = true;
+  setSetup(start);
+}
+
+void MainWindow::clearBoard() {
+  core::BoardSetup empty;
+  empty.sideToMove = solverPanel_->sideToMove();
+  setSetup(empty);
+}
+
+// Side to move, castling and the chosen last move stay as they are; the
+// last move is dropped only when the new board no longer allows it.
+void MainWindow::transform(int command) {
+  board_ = transformBoard(board_, command);
+  showBoard();
+  resultPane_->clearResults();
+  progressPanel_->reset();
+}
+
+void MainWindow::changeMode(int tab) {
+  mode_ = static_cast<Mode>(tab);
+  const bool counting = mode_ == Mode::Variants;
+  panels_->setCurrentIndex(counting ? 0 : tab);
+  modeCaption_->setVisible(counting);
+  solverPanel_->setCountingMode(counting);
+}
+
+}  // namespace velkaro::ui

@@ -1,0 +1,130 @@
+#pragma once
+// Velkaro's main window: the editor board with its palette, the menu and tool
+// bar, the tab strip of the four modes with their panels, the progress panel
+// and the result pane. It owns the editor state and turns commands into
+// changes of it; the settings file is read when the window is made.
+
+#include <QMainWindow>
+#include <map>
+#include <utility>
+#include <vector>
+
+#include "core/notation.h"
+#include "core/position.h"
+#include "core/stipulation.h"
+#include "formats/fen.h"
+#include "ui/board_transform.h"
+
+class QComboBox;
+class QLabel;
+class QStackedWidget;
+class QTabBar;
+
+namespace velkaro::ui {
+
+class BoardView;
+class HelpBrowser;
+class PiecePalette;
+class ProgressPanel;
+class ResultPane;
+class SolverPanel;
+
+class MainWindow : public QMainWindow {
+  Q_OBJECT
+
+ public:
+  // The tabs, in the order of the tab strip.
+  enum class Mode { Solver, Creator, Positions, Variants };
+
+  // `problemFolder` holds the settings file; it is read (or made) here.
+  explicit MainWindow(const QString& problemFolder, QWidget* parent = nullptr);
+
+  core::BoardSetup setup() const;
+  void setSetup(const core::BoardSetup& setup);
+  core::Stipulation stipulation() const;
+  // Position, side, castling, en passant and stipulation of an import.
+  void takeOverImport(const formats::ImportResult& result);
+  // Takes over the first line of a FEN, EPD or PGN file that holds a valid
+  // position; false when there is none.
+  bool openFirstPosition(const QString& path);
+  // The men of a game's start, White to move, all four castlings allowed.
+  void setUpInitialPosition();
+
+  Mode mode() const { return mode_; }
+  int language() const { return language_; }
+  int refreshInterval() const { return refreshInterval_; }
+  bool stopOnFirstSolution() const;
+  bool searchMinimumMoves() const;
+  // While a job runs, everything but Stop is out of reach.
+  void setRunLocked(bool locked);
+
+  QAction* commandAction(int command) const;
+  QComboBox* languageBox() const { return languageBox_; }
+  QComboBox* intervalBox() const { return intervalBox_; }
+  QTabBar* modeTabs() const { return tabs_; }
+  BoardView* boardView() const { return boardView_; }
+  PiecePalette* piecePalette() const { return palette_; }
+  QLabel* pieceCountLabel() const { return pieceCount_; }
+  SolverPanel* solverPanel() const { return solverPanel_; }
+  ProgressPanel* progressPanel() const { return progressPanel_; }
+  ResultPane* resultPane() const { return resultPane_; }
+
+ private:
+  // Layout and editing (main_window.cpp).
+  QWidget* createCentralArea();
+  QWidget* createBoardArea();
+  QWidget* createModeArea();
+  void clickSquare(int square, Qt::MouseButton button);
+  void dragMan(int from, int to);
+  void dropPiece(int code, QPoint globalPosition);
+  void editSquare(int square, int code);
+  void showBoard();
+  void updateEnPassantChoices();
+  void clearBoard();
+  void transform(int command);
+  void changeMode(int tab);
+
+  // Commands, menu, tool bar and settings (main_window_commands.cpp).
+  void createActions();
+  void createFileCommands();
+  void createOptionCommands();
+  void createMenus();
+  void createToolBar();
+  QAction* addCommand(int command, const QString& text, const QString& toolTip = QString());
+  void addAlias(int toolCommand, int menuCommand);
+  void importFen();
+  void showHelp();
+  void showAbout();
+  void chooseLanguage(int language);
+  void chooseInterval(int index);
+  void loadSettings();
+  void saveSettings();
+  void showSettingChoices();
+  void applyLetters();
+
+  QString problemFolder_;
+  QString importFolder_;
+  Board board_{};
+  Mode mode_ = Mode::Solver;
+  core::Notation notation_;
+  int language_ = core::Notation::kEnglish;
+  int intervalCode_ = 3;
+  int refreshInterval_ = 1'000'000;
+
+  std::map<int, QAction*> actions_;
+  std::vector<std::pair<QAction*, bool>> lockedActions_;
+  QComboBox* languageBox_ = nullptr;
+  QComboBox* intervalBox_ = nullptr;
+  QTabBar* tabs_ = nullptr;
+  QLabel* modeCaption_ = nullptr;
+  QStackedWidget* panels_ = nullptr;
+  BoardView* boardView_ = nullptr;
+  PiecePalette* palette_ = nullptr;
+  QLabel* pieceCount_ = nullptr;
+  SolverPanel* solverPanel_ = nullptr;
+  ProgressPanel* progressPanel_ = nullptr;
+  ResultPane* resultPane_ = nullptr;
+  HelpBrowser* help_ = nullptr;
+};
+
+}  // namespace velkaro::ui
