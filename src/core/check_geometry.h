@@ -72,6 +72,44 @@ constexpr std::array<std::array<std::uint64_t, 64>, 18> makeAttacks() {
 inline constexpr auto kLines = makeLines();
 inline constexpr auto kEmptyBoardAttacks = makeAttacks();
 
+// For each piece slot and square, the king squares a man of that slot could
+// check with one move from there on an empty board: its targets are the
+// squares it attacks (a pawn's are its steps ahead and its captures, with
+// every promotion piece on the last rank), and from each it bears on others.
+constexpr std::array<std::array<std::uint64_t, 64>, 18> makeOneMoveChecks() {
+  std::array<std::array<std::uint64_t, 64>, 18> checks{};
+  for (int slot = 0; slot < 18; ++slot) {
+    const bool pawn = slot % 9 == pieceSlot(piece::Pawn);
+    const int colour = slot < 9 ? 0 : 9;
+    const int forward = slot < 9 ? -8 : 8;
+    for (int square = 0; square < 64; ++square) {
+      std::uint64_t targets = kEmptyBoardAttacks[slot][square];
+      if (pawn) {
+        for (int step = 1; step <= 2; ++step) {
+          const int target = square + step * forward;
+          if (target >= 0 && target < 64) targets |= std::uint64_t{1} << target;
+        }
+      }
+      std::uint64_t kings = 0;
+      for (int target = 0; target < 64; ++target) {
+        if (((targets >> target) & 1) == 0) continue;
+        kings |= kEmptyBoardAttacks[slot][target];
+        if (pawn && (target < 8 || target >= 56)) {
+          kings |= kEmptyBoardAttacks[colour + pieceSlot(piece::Queen)][target] |
+                   kEmptyBoardAttacks[colour + pieceSlot(piece::Knight)][target];
+        }
+      }
+      checks[slot][square] = kings;
+    }
+  }
+  return checks;
+}
+
+inline constexpr auto kOneMoveChecks = makeOneMoveChecks();
+
+// A knight on a8 checks a king on d5 from c7; a king never checks.
+static_assert(((kOneMoveChecks[pieceSlot(piece::Knight)][0] >> 27) & 1) == 1);
+static_assert(((kOneMoveChecks[pieceSlot(piece::King)][0] >> 63) & 1) == 0);
 static_assert(kLines[60][4] == 2 && kLines[60][56] == 0 && kLines[0][63] == 5 && kLines[0][10] == -1);
 static_assert(kEmptyBoardAttacks[pieceSlot(piece::Knight)][56] ==
               ((std::uint64_t{1} << 41) | (std::uint64_t{1} << 50)));
@@ -89,6 +127,18 @@ inline bool mayGiveCheck(int placed, int from, int to, int enemyKing, unsigned d
   if ((check_geometry::kEmptyBoardAttacks[static_cast<std::size_t>(pieceSlot(placed))][static_cast<std::size_t>(to)] >>
        enemyKing) &
       1) {
+    return true;
+  }
+  const int line = check_geometry::kLines[static_cast<std::size_t>(enemyKing)][static_cast<std::size_t>(from)];
+  return line >= 0 && ((discoveryLines >> line) & 1) != 0;
+}
+
+// Whether the man `code` on `from` could check the king on `enemyKing` with one
+// of its moves: by the squares it can reach, or by uncovering a line that holds
+// the mover's line pieces. Castling and en passant are left to the caller.
+inline bool mayCheckWithAMove(int code, int from, int enemyKing, unsigned discoveryLines) {
+  if ((check_geometry::kOneMoveChecks[static_cast<std::size_t>(pieceSlot(code))][static_cast<std::size_t>(from)] >>
+       enemyKing) & 1) {
     return true;
   }
   const int line = check_geometry::kLines[static_cast<std::size_t>(enemyKing)][static_cast<std::size_t>(from)];

@@ -85,21 +85,43 @@ template <int Side>
   }
 }
 
-// Finds the next man of the side from `start` on, lifts it from the next
-// frame's board and generates its moves; false when no man is left.
+// Whether the man `code` on `square` could give check with one of its moves;
+// a king that may still castle and the pawns of a ply with an en-passant
+// capture are always taken.
 template <int Side>
+[[gnu::always_inline]] inline bool mayCheck(const PlyStack& stack, int ply, const Position& position, int code,
+                                            int square) {
+  if (code == Side * piece::King) {
+    const int rights = Side == White ? position.whiteLongCastle | position.whiteShortCastle
+                                     : position.blackLongCastle | position.blackShortCastle;
+    if (rights != 0) return true;
+  } else if (code == Side * piece::Pawn && enPassantPawn(stack, ply) >= 0) {
+    return true;
+  }
+  return mayCheckWithAMove(code, square, enemyKingSquareOf<Side>(position),
+                           stack.discoveryLines[static_cast<std::size_t>(ply)]);
+}
+
+// Finds the next man of the side from `start` on, lifts it from the next
+// frame's board and generates its moves; false when no man is left. The
+// checking-move iterator passes over men that cannot give check at all.
+template <int Side, MoveTest Test>
 [[gnu::always_inline]] inline bool takeUpMan(PlyStack& stack, int ply, PlyFrame& frame, Position& next, int start) {
   const std::int8_t* board = frame.position.board;
-  int square = start;
-  while (square < 64 && board[square] * Side <= 0) ++square;
-  if (square == 64) return false;
-  const int code = board[square];
-  frame.fromSquare = square;
-  frame.movedPiece = code;
-  next.board[square] = 0;
-  generatePieceMoves(frame, square, code, code == Side * piece::Pawn ? enPassantPawn(stack, ply) : -1);
-  frame.entryIndex = 0;
-  return true;
+  for (int square = start; square < 64; ++square) {
+    const int code = board[square];
+    if (code * Side <= 0) continue;
+    if constexpr (Test == MoveTest::Checking) {
+      if (!mayCheck<Side>(stack, ply, frame.position, code, square)) continue;
+    }
+    frame.fromSquare = square;
+    frame.movedPiece = code;
+    next.board[square] = 0;
+    generatePieceMoves(frame, square, code, code == Side * piece::Pawn ? enPassantPawn(stack, ply) : -1);
+    frame.entryIndex = 0;
+    return true;
+  }
+  return false;
 }
 
 // Castling rights after a legal move: only the mover's own change. The two
@@ -150,7 +172,7 @@ template <int Side, MoveTest Test>
       stack.discoveryLines[static_cast<std::size_t>(ply)] =
           attackLinesAgainst<-Side>(detail::enemyKingSquareOf<Side>(frame.position), frame.position);
     }
-    if (!detail::takeUpMan<Side>(stack, ply, frame, next, 0)) return 1;
+    if (!detail::takeUpMan<Side, Test>(stack, ply, frame, next, 0)) return 1;
   } else {
     detail::putBack<Side>(frame, next);
   }
@@ -163,7 +185,7 @@ template <int Side, MoveTest Test>
           detail::kingSquareOf<Side>(next) = detail::kingSquareOf<Side>(frame.position);
         }
       }
-      if (!detail::takeUpMan<Side>(stack, ply, frame, next, frame.fromSquare + 1)) return 1;
+      if (!detail::takeUpMan<Side, Test>(stack, ply, frame, next, frame.fromSquare + 1)) return 1;
       continue;
     }
     ++frame.entryIndex;

@@ -19,9 +19,18 @@ using PieceGenerator = int (*)(PlyFrame& frame, int enPassantPawn);
 extern const std::array<std::array<PieceGenerator, 64>, 18> kPieceGenerators;
 
 // Queen 0, king 1, knight 2, rook 4, pawn 6, bishop 8; Black men 9 higher.
-constexpr int pieceSlot(int code) {
-  return code < 0 ? (-code - piece::Queen) / 6 + 9 : (code - piece::Queen) / 6;
-}
+constexpr int pieceSlotOf(int code) { return code < 0 ? (-code - piece::Queen) / 6 + 9 : (code - piece::Queen) / 6; }
+
+inline constexpr std::array<std::uint8_t, 256> kPieceSlots = [] {
+  std::array<std::uint8_t, 256> slots{};
+  for (int code : {piece::King, piece::Queen, piece::Rook, piece::Bishop, piece::Knight, piece::Pawn}) {
+    slots[static_cast<std::uint8_t>(code)] = static_cast<std::uint8_t>(pieceSlotOf(code));
+    slots[static_cast<std::uint8_t>(-code)] = static_cast<std::uint8_t>(pieceSlotOf(-code));
+  }
+  return slots;
+}();
+
+constexpr int pieceSlot(int code) { return kPieceSlots[static_cast<std::uint8_t>(code)]; }
 
 // The twelve generators, one per colour and kind of man: Code is a piece code.
 template <int Code>
