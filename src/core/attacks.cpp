@@ -160,6 +160,63 @@ int attackedAlong(const Position& position, AttackLines lines) {
   return -1;
 }
 
+// The attackers of a square with the squares between them and it: one ray
+// square at a time, the first man on the ray decides.
+template <int Attacker, int Square, int FileStep, int RowStep, int Distance>
+[[gnu::always_inline]] inline bool lineAttackerGoesOn(const std::int8_t* board, Attackers& found) {
+  constexpr int target = rayStep(Square, FileStep, RowStep, Distance);
+  constexpr bool diagonal = FileStep != 0 && RowStep != 0;
+  constexpr bool pawnSide = diagonal && RowStep == (Attacker == Black ? -1 : 1);
+  constexpr std::uint8_t mask = diagonal ? (Distance == 1 ? (kDiagNear | (pawnSide ? kPawnNear : 0)) : kDiagFar)
+                                         : (Distance == 1 ? kLineNear : kLineFar);
+  constexpr std::uint64_t through = [] {
+    std::uint64_t squares = 0;
+    for (int step = 1; step <= Distance; ++step) squares |= std::uint64_t{1} << rayStep(Square, FileStep, RowStep, step);
+    return squares;
+  }();
+  const int code = board[target];
+  if (code == 0) return true;
+  if (kClasses<Attacker>[static_cast<std::uint8_t>(code)] & mask) {
+    found.squares |= through;
+    ++found.count;
+  }
+  return false;
+}
+
+template <int Attacker, int Square, int FileStep, int RowStep, int... Distance>
+[[gnu::always_inline]] inline void lineAttackers([[maybe_unused]] const std::int8_t* board,
+                                                 [[maybe_unused]] Attackers& found,
+                                                 std::integer_sequence<int, Distance...>) {
+  (void)(lineAttackerGoesOn<Attacker, Square, FileStep, RowStep, Distance + 1>(board, found) && ...);
+}
+
+template <int Attacker, int Square, int Leap>
+[[gnu::always_inline]] inline void knightAttacker(const std::int8_t* board, Attackers& found) {
+  constexpr int target = leap(Square, kKnightLeaps[Leap].first, kKnightLeaps[Leap].second);
+  if constexpr (target >= 0) {
+    if (board[target] == Attacker * piece::Knight) {
+      found.squares |= std::uint64_t{1} << target;
+      ++found.count;
+    }
+  }
+}
+
+template <int Attacker, int Square, int... Index>
+[[gnu::always_inline]] inline void allAttackers(const std::int8_t* board, Attackers& found,
+                                                std::integer_sequence<int, Index...>) {
+  (lineAttackers<Attacker, Square, kRays[Index].first, kRays[Index].second>(
+       board, found, std::make_integer_sequence<int, rayLength(Square, kRays[Index].first, kRays[Index].second)>{}),
+   ...);
+  (knightAttacker<Attacker, Square, Index>(board, found), ...);
+}
+
+template <int Attacker, int Square>
+Attackers attackersOf(const Position& position) {
+  Attackers found{0, 0};
+  allAttackers<Attacker, Square>(position.board, found, std::make_integer_sequence<int, 8>{});
+  return found;
+}
+
 template <typename Table, template <int, int> class Entry, int Attacker, std::size_t... Square>
 constexpr Table squareTable(std::index_sequence<Square...>) {
   return {Entry<Attacker, static_cast<int>(Square)>::function...};
@@ -178,6 +235,11 @@ struct TestAlong {
   static constexpr AttackTestAlong function = &attackedAlong<Attacker, Square>;
 };
 
+template <int Attacker, int Square>
+struct AttackersAt {
+  static constexpr AttackersOf function = &attackersOf<Attacker, Square>;
+};
+
 template <template <int, int> class Entry, int Attacker, typename Function>
 constexpr std::array<Function, 64> perSquare() {
   return squareTable<std::array<Function, 64>, Entry, Attacker>(std::make_index_sequence<64>{});
@@ -191,5 +253,7 @@ constinit const std::array<AttackLinesOf, 64> kBlackAttackLines = perSquare<Line
 constinit const std::array<AttackLinesOf, 64> kWhiteAttackLines = perSquare<LinesOf, White, AttackLinesOf>();
 constinit const std::array<AttackTestAlong, 64> kAttackedByBlackAlong = perSquare<TestAlong, Black, AttackTestAlong>();
 constinit const std::array<AttackTestAlong, 64> kAttackedByWhiteAlong = perSquare<TestAlong, White, AttackTestAlong>();
+constinit const std::array<AttackersOf, 64> kBlackAttackersOf = perSquare<AttackersAt, Black, AttackersOf>();
+constinit const std::array<AttackersOf, 64> kWhiteAttackersOf = perSquare<AttackersAt, White, AttackersOf>();
 
 }  // namespace velkaro::core

@@ -3,6 +3,7 @@
 // legality of moves, castling conditions, check and mate all rest on it.
 
 #include <array>
+#include <cstdint>
 
 #include "core/position.h"
 
@@ -42,6 +43,16 @@ inline int isAttackedByBlack(int square, const Position& position) {
 inline int isAttackedByWhite(int square, const Position& position) {
   return kAttackedByWhite[static_cast<std::size_t>(square)](position);
 }
+
+// Every man of one side that attacks a square, with the squares between each
+// of them and it: the squares on which a check by them can be answered.
+struct Attackers {
+  std::uint64_t squares;  // the attackers' squares and those between them and the target
+  int count;
+};
+using AttackersOf = Attackers (*)(const Position&);
+extern const std::array<AttackersOf, 64> kBlackAttackersOf;
+extern const std::array<AttackersOf, 64> kWhiteAttackersOf;
 
 // Whether `side`'s opponent attacks `square`.
 template <int Side>

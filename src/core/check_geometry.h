@@ -72,24 +72,34 @@ constexpr std::array<std::array<std::uint64_t, 64>, 18> makeAttacks() {
 inline constexpr auto kLines = makeLines();
 inline constexpr auto kEmptyBoardAttacks = makeAttacks();
 
+// For each piece slot and square, the squares a man of that slot can move to
+// from there on an empty board: those it attacks, and a pawn's steps ahead.
+constexpr std::array<std::array<std::uint64_t, 64>, 18> makeReach() {
+  std::array<std::array<std::uint64_t, 64>, 18> reach = kEmptyBoardAttacks;
+  for (int slot : {pieceSlot(piece::Pawn), pieceSlot(-piece::Pawn)}) {
+    const int forward = slot < 9 ? -8 : 8;
+    for (int square = 0; square < 64; ++square) {
+      for (int step = 1; step <= 2; ++step) {
+        const int target = square + step * forward;
+        if (target >= 0 && target < 64) reach[slot][square] |= std::uint64_t{1} << target;
+      }
+    }
+  }
+  return reach;
+}
+
+inline constexpr auto kReach = makeReach();
+
 // For each piece slot and square, the king squares a man of that slot could
-// check with one move from there on an empty board: its targets are the
-// squares it attacks (a pawn's are its steps ahead and its captures, with
-// every promotion piece on the last rank), and from each it bears on others.
+// check with one move from there on an empty board: from each square it can
+// reach (with every promotion piece on the last rank) it bears on others.
 constexpr std::array<std::array<std::uint64_t, 64>, 18> makeOneMoveChecks() {
   std::array<std::array<std::uint64_t, 64>, 18> checks{};
   for (int slot = 0; slot < 18; ++slot) {
     const bool pawn = slot % 9 == pieceSlot(piece::Pawn);
     const int colour = slot < 9 ? 0 : 9;
-    const int forward = slot < 9 ? -8 : 8;
     for (int square = 0; square < 64; ++square) {
-      std::uint64_t targets = kEmptyBoardAttacks[slot][square];
-      if (pawn) {
-        for (int step = 1; step <= 2; ++step) {
-          const int target = square + step * forward;
-          if (target >= 0 && target < 64) targets |= std::uint64_t{1} << target;
-        }
-      }
+      const std::uint64_t targets = kReach[slot][square];
       std::uint64_t kings = 0;
       for (int target = 0; target < 64; ++target) {
         if (((targets >> target) & 1) == 0) continue;

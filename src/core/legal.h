@@ -227,49 +227,6 @@ template <int Side, MoveTest Test>
   }
 }
 
-// Whether `Side`, moving at `ply`, has any legal move at all. The answer does
-// not depend on the order of trial, so the king goes first: a side in check
-// most often escapes with it. Frame ply's move list and frame ply + 1's board
-// serve as scratch.
-template <int Side>
-inline bool hasLegalMove(PlyStack& stack, int ply) {
-  PlyFrame& frame = stack[ply];
-  Position& next = (&frame)[1].position;
-  copyPositionToNextPly(frame);
-  const std::int8_t* board = frame.position.board;
-  const int king = detail::kingSquareOf<Side>(frame.position);
-  const unsigned lines = attackLinesAgainst<Side>(king, frame.position);
-  auto anyLegalMoveOf = [&](int square) {
-    const int code = board[square];
-    next.board[square] = 0;
-    generatePieceMoves(frame, square, code, code == Side * piece::Pawn ? enPassantPawn(stack, ply) : -1);
-    for (const MoveEntry* entry = frame.moveList; entry->kind != kind::End; ++entry) {
-      const int to = entry->target;
-      const bool special = entry->kind >= kind::WhiteLongCastle && entry->kind <= kind::EnPassant;
-      const int placed = special ? detail::makeSpecial<Side>(entry->kind, to, next) : entry->kind;
-      next.board[to] = static_cast<std::int8_t>(placed);
-      const bool legal = placed == Side * piece::King
-                             ? isAttackedByOpponentOf<Side>(to, next) < 0
-                             : lines == 0 || isAttackedAlongByOpponentOf<Side>(king, next, lines) < 0;
-      frame.toSquare = to;
-      frame.moveKind = entry->kind;
-      detail::putBack<Side>(frame, next);
-      if (legal) return true;
-    }
-    next.board[square] = static_cast<std::int8_t>(code);
-    return false;
-  };
-  if (anyLegalMoveOf(king)) return true;
-  for (int square = 0; square < 64; ++square) {
-    if (square != king && board[square] * Side > 0 && anyLegalMoveOf(square)) return true;
-  }
-  return false;
-}
-
-inline bool hasLegalMove(PlyStack& stack, int ply) {
-  return stack.sideAt(ply) == White ? hasLegalMove<White>(stack, ply) : hasLegalMove<Black>(stack, ply);
-}
-
 // The members of the family for the side that moves at `ply`.
 inline int nextLegalMove(PlyStack& stack, int ply, int continuing) {
   return stack.sideAt(ply) == White ? nextMove<White, MoveTest::Legal>(stack, ply, continuing)

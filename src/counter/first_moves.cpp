@@ -100,7 +100,8 @@ bool namesMove(const solver::FirstMove& move, std::string_view text) {
   const bool pawn = move.movedPiece == piece::Pawn || move.movedPiece == -piece::Pawn;
   const std::string squares = pawn ? full : full.substr(1);          // "g1f3"
   const std::string target = pawn ? full.substr(2) : full.substr(0, 1) + full.substr(3);  // "e4", "nf3"
-  return given == full || given == squares || given == target;
+  const std::string capture = pawn ? full.substr(0, 1) + full.substr(2) : "";             // "exd5" as "ed5"
+  return given == full || given == squares || given == target || (pawn && given == capture);
 }
 
 }  // namespace velkaro::counter

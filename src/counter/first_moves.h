@@ -30,8 +30,8 @@ std::string firstMoveText(const solver::FirstMove& move, core::Notation& notatio
 std::vector<std::string> selectMoveRows(const std::vector<solver::FirstMove>& moves, core::Notation& notation);
 
 // Whether `text` names `move`: "e2e4", "e2-e4", "Ng1-f3", "g1f3", "Nf3", "e4",
-// "e7e8Q", "e8=Q", "0-0" or "O-O"; piece letters in English, blanks, "x", "+"
-// and "#" ignored. A short form may name several moves.
+// "exd5", "e7e8Q", "e8=Q", "0-0" or "O-O"; piece letters in English, blanks,
+// "x", "+" and "#" ignored. A short form may name several moves.
 bool namesMove(const solver::FirstMove& move, std::string_view text);
 
 }  // namespace velkaro::counter

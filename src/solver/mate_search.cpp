@@ -11,6 +11,7 @@
 
 #include "core/attacks.h"
 #include "core/legal.h"
+#include "core/mate_test.h"
 #include "solver/solver_job.h"
 
 namespace velkaro::solver {

@@ -4,10 +4,12 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <functional>
 #include <string>
 #include <vector>
 
 #include "core/legal.h"
+#include "core/mate_test.h"
 #include "core/movegen.h"
 #include "core/notation.h"
 #include "formats/fen.h"
@@ -203,6 +205,31 @@ TEST(LegalMoves, IteratorVariants) {
 TEST(LegalMoves, StalemateAndMateHaveNoMove) {
   EXPECT_TRUE(Board("7k/5Q2/6K1/8/8/8/8/8 b - -").made(nextLegalMove).empty());  // stalemate
   EXPECT_TRUE(Board("7k/6Q1/6K1/8/8/8/8/8 b - -").made(nextLegalMove).empty());   // mate
+}
+
+// The mate test's quick road gives the iterator's answer in every position of
+// a tree full of checks, mates and stalemates.
+TEST(LegalMoves, AnyLegalMoveAgreesWithTheIterator) {
+  const char* positions[] = {"r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq -",
+                             "8/2p5/3p4/KP5r/1R3p1k/8/4P1P1/8 w - -", "n1n5/PPPk4/8/8/8/8/4Kppp/5N1N b - -",
+                             "6k1/5ppp/8/8/3b4/8/5PPP/R1N3K1 w - -", "7k/5Q2/5K2/8/8/8/8/8 w - -",
+                             "8/8/8/2k5/3Pp3/8/8/4K3 b - -"};
+  int withoutMove = 0;
+  for (const char* fen : positions) {
+    Board board(fen, fen[0] == '8' && fen[6] == '2' ? sq("d4") : 0);
+    std::function<void(int)> visit = [&](int ply) {  // every node of the tree to depth 4
+      const bool any = hasLegalMove(board.stack, ply);
+      bool made = false;
+      for (int continuing = 0; nextLegalMove(board.stack, ply, continuing) < 0; continuing = 1) {
+        made = true;
+        if (ply < 4) visit(ply + 1);
+      }
+      EXPECT_EQ(any, made) << fen << " ply " << ply;
+      withoutMove += !made;
+    };
+    visit(1);
+  }
+  EXPECT_GT(withoutMove, 50);  // mates and stalemates on the way
 }
 
 TEST(LegalMoves, EveryMoveIsPutBack) {

@@ -1,0 +1,74 @@
+#pragma once
+// Whether a side has any legal move at all: the heart of every mate and
+// stalemate test. The answer does not depend on the order of trial, so the
+// test takes the quickest road to it; each candidate is still made and its
+// king tested, as in the legal-move iterators.
+
+#include <cstdint>
+
+#include "core/attacks.h"
+#include "core/check_geometry.h"
+#include "core/legal.h"
+
+namespace velkaro::core {
+
+// Whether `Side`, moving at `ply`, has any legal move. The king goes first: a
+// side in check most often escapes with it. Other men are looked at only when
+// they can reach a square that answers the check, and only such moves are
+// made. Frame ply's move list and frame ply + 1's board serve as scratch.
+template <int Side>
+bool hasLegalMove(PlyStack& stack, int ply) {
+  PlyFrame& frame = stack[ply];
+  Position& next = (&frame)[1].position;
+  copyPositionToNextPly(frame);
+  const std::int8_t* board = frame.position.board;
+  const int king = detail::kingSquareOf<Side>(frame.position);
+  const int enPassant = enPassantPawn(stack, ply);
+  std::uint64_t answers = ~std::uint64_t{0};
+  unsigned lines = 0;
+  auto anyLegalMoveOf = [&](int square) {
+    const int code = board[square];
+    next.board[square] = 0;
+    generatePieceMoves(frame, square, code, code == Side * piece::Pawn ? enPassant : -1);
+    for (const MoveEntry* entry = frame.moveList; entry->kind != kind::End; ++entry) {
+      const int to = entry->target;
+      const bool special = entry->kind >= kind::WhiteLongCastle && entry->kind <= kind::EnPassant;
+      if (((answers >> to) & 1) == 0 && entry->kind != kind::EnPassant) continue;
+      const int placed = special ? detail::makeSpecial<Side>(entry->kind, to, next) : entry->kind;
+      next.board[to] = static_cast<std::int8_t>(placed);
+      const bool legal = placed == Side * piece::King
+                             ? isAttackedByOpponentOf<Side>(to, next) < 0
+                             : lines == 0 || isAttackedAlongByOpponentOf<Side>(king, next, lines) < 0;
+      frame.toSquare = to;
+      frame.moveKind = entry->kind;
+      detail::putBack<Side>(frame, next);
+      if (legal) return true;
+    }
+    next.board[square] = static_cast<std::int8_t>(code);
+    return false;
+  };
+  if (anyLegalMoveOf(king)) return true;
+  // Another man can only answer a check on the checking man's square or
+  // between it and the king; two checks only the king can answer.
+  const Attackers checks = (Side == White ? kBlackAttackersOf : kWhiteAttackersOf)[static_cast<std::size_t>(king)](
+      frame.position);
+  if (checks.count > 1) return false;
+  if (checks.count == 1) answers = checks.squares;
+  lines = attackLinesAgainst<Side>(king, frame.position);
+  for (int square = 0; square < 64; ++square) {
+    const int code = board[square];
+    if (square == king || code * Side <= 0) continue;
+    const bool takesEnPassant = code == Side * piece::Pawn && enPassant >= 0;
+    const std::uint64_t reach =
+        check_geometry::kReach[static_cast<std::size_t>(pieceSlot(code))][static_cast<std::size_t>(square)];
+    if ((reach & answers) == 0 && !takesEnPassant) continue;
+    if (anyLegalMoveOf(square)) return true;
+  }
+  return false;
+}
+
+inline bool hasLegalMove(PlyStack& stack, int ply) {
+  return stack.sideAt(ply) == White ? hasLegalMove<White>(stack, ply) : hasLegalMove<Black>(stack, ply);
+}
+
+}  // namespace velkaro::core
