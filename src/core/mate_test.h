@@ -4,13 +4,32 @@
 // test takes the quickest road to it; each candidate is still made and its
 // king tested, as in the legal-move iterators.
 
+#include <bit>
 #include <cstdint>
+#include <cstring>
 
 #include "core/attacks.h"
 #include "core/check_geometry.h"
 #include "core/legal.h"
 
 namespace velkaro::core {
+
+// One bit per square holding a man of `Side`, eight squares at a time: a
+// byte is White's when it is positive, Black's when its sign bit is set.
+template <int Side>
+inline std::uint64_t menOf(const std::int8_t* board) {
+  constexpr std::uint64_t kSignBits = 0x8080808080808080;
+  std::uint64_t men = 0;
+  for (int row = 0; row < 8; ++row) {
+    std::uint64_t bytes;
+    std::memcpy(&bytes, board + 8 * row, sizeof bytes);
+    if constexpr (std::endian::native == std::endian::big) bytes = __builtin_bswap64(bytes);
+    const std::uint64_t occupied = (((bytes & ~kSignBits) + ~kSignBits) | bytes) & kSignBits;
+    const std::uint64_t own = Side == White ? occupied & ~bytes : bytes & kSignBits;
+    men |= (((own >> 7) * 0x0102040810204080) >> 56) << (8 * row);
+  }
+  return men;
+}
 
 // Whether `Side`, moving at `ply`, has any legal move. The king goes first: a
 // side in check most often escapes with it. Other men are looked at only when
@@ -26,6 +45,7 @@ bool hasLegalMove(PlyStack& stack, int ply) {
   const int enPassant = enPassantPawn(stack, ply);
   std::uint64_t answers = ~std::uint64_t{0};
   unsigned lines = 0;
+  bool linesKnown = false;
   auto anyLegalMoveOf = [&](int square) {
     const int code = board[square];
     next.board[square] = 0;
@@ -34,6 +54,10 @@ bool hasLegalMove(PlyStack& stack, int ply) {
       const int to = entry->target;
       const bool special = entry->kind >= kind::WhiteLongCastle && entry->kind <= kind::EnPassant;
       if (((answers >> to) & 1) == 0 && entry->kind != kind::EnPassant) continue;
+      if (!linesKnown && square != king) {
+        lines = attackLinesAgainst<Side>(king, frame.position);
+        linesKnown = true;
+      }
       const int placed = special ? detail::makeSpecial<Side>(entry->kind, to, next) : entry->kind;
       next.board[to] = static_cast<std::int8_t>(placed);
       const bool legal = placed == Side * piece::King
@@ -54,10 +78,9 @@ bool hasLegalMove(PlyStack& stack, int ply) {
       frame.position);
   if (checks.count > 1) return false;
   if (checks.count == 1) answers = checks.squares;
-  lines = attackLinesAgainst<Side>(king, frame.position);
-  for (int square = 0; square < 64; ++square) {
+  for (std::uint64_t men = menOf<Side>(board) & ~(std::uint64_t{1} << king); men != 0; men &= men - 1) {
+    const int square = std::countr_zero(men);
     const int code = board[square];
-    if (square == king || code * Side <= 0) continue;
     const bool takesEnPassant = code == Side * piece::Pawn && enPassant >= 0;
     const std::uint64_t reach =
         check_geometry::kReach[static_cast<std::size_t>(pieceSlot(code))][static_cast<std::size_t>(square)];
