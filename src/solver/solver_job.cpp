@@ -29,8 +29,11 @@ RunEnd SolverJob::start(const SolveSettings& settings) {
   return runLoop();
 }
 
-RunEnd SolverJob::resume() {
+RunEnd SolverJob::resume(std::optional<bool> testAllSecondMoves) {
   if (finished_) return RunEnd::Finished;
+  if (pausedAtSolution_ && testAllSecondMoves) {
+    settings_.testAllSecondMoves = *testAllSecondMoves && !settings_.stipulation.helpmate;
+  }
   stopRequested_ = false;
   startClock(true);
   return runLoop();
@@ -77,6 +80,7 @@ void SolverJob::addMinimumMovesHeader() {
 }
 
 RunEnd SolverJob::runLoop() {
+  pausedAtSolution_ = false;
   for (;;) {
     insertPlaceholder(" searching ...");
     const Outcome outcome = searchBody();
@@ -86,6 +90,7 @@ RunEnd SolverJob::runLoop() {
     }
     const After after = afterOutcome(outcome);
     if (after == After::Finish || (after == After::Pause && settings_.stopOnFirstSolution)) {
+      pausedAtSolution_ = after == After::Pause;
       stopClock();
       return after == After::Finish ? RunEnd::Finished : RunEnd::Solution;
     }

@@ -43,8 +43,10 @@ class SolverJob : public Job {
   // Start: a fresh run with these settings. The side to move in the set-up
   // moves first; in a helpmate that is the side to be mated.
   RunEnd start(const SolveSettings& settings);
-  // Continue: after Stop, or after a solution.
-  RunEnd resume();
+  // Continue: after Stop, or after a solution. After a solution "Testing all
+  // second moves" is read again when given; after Stop the run goes on with
+  // what it had.
+  RunEnd resume(std::optional<bool> testAllSecondMoves = std::nullopt);
   bool finished() const { return finished_; }
   int solutionsFound() const { return solutions_; }
 
@@ -112,6 +114,7 @@ class SolverJob : public Job {
   Phase phase_ = Phase::Keys;
   bool result_ = false;
   bool finished_ = true;
+  bool pausedAtSolution_ = false;
   bool found_ = false;
   int solutions_ = 0;
   int firstMovesTried_ = 0;

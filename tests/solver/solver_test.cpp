@@ -188,6 +188,36 @@ TEST(DirectMate, TestingAllSecondMovesListsEveryReply) {
   EXPECT_EQ(text.find("threat"), std::string::npos);
 }
 
+// Continue after a key reads "Testing all second moves" again; Continue
+// after Stop does not.
+TEST(DirectMate, SecondMovesOptionReadAgainAtEachKey) {
+  Solve solve("8/7p/8/4p2K/5kPP/1Q4N1/8/8 w - -", "#4");  // three keys in four moves
+  solve.settings.stopOnFirstSolution = true;
+  ASSERT_EQ(solve.job.start(solve.settings), RunEnd::Solution);
+  ASSERT_EQ(solve.job.resume(true), RunEnd::Solution);
+  ASSERT_EQ(solve.job.resume(false), RunEnd::Solution);
+  ASSERT_EQ(solve.job.resume(), RunEnd::Finished);
+  EXPECT_EQ(solve.job.solutionText(),
+            "Solution No 1\n"
+            "1. Qb3 - a3 \n"
+            "\t1....,  h7 - h6   2. Qa3 - c3 \n"
+            "\t1....,  e5 - e4   2. Ng3 - f5 \n"
+            "Solution No 2\n"
+            "1. Qb3 - c3 \n"
+            "\t1....,  h7 - h6   2. Kh5 - g6 \n"
+            "\t                        2. Qc3 - a3 \n"
+            "\t                        2. Ng3 - f5 \n"
+            "\t1....,  e5 - e4   2. Ng3 - f5 \n"
+            "\t                        2. Ng3 - e2 #\n"
+            "\t                        2. Ng3 - f1 \n"
+            "Solution No 3\n"
+            "1. Ng3 - f5   threat:  2. Qb3 - e3 #\n"
+            "\t1....,  h7 - h6   2. Nf5 - e7 \n"
+            "\t1....,  e5 - e4   2. Qb3 - a3 \n"
+            "\t1...., Kf4 - e4   2. Kh5 - g5 \n"
+            "No more solutions\n");
+}
+
 TEST(DirectMate, ChosenFirstMove) {
   const char* fen = "8/7p/8/4p2K/5kPP/1Q4N1/8/8 w - -";
   Solve key(fen, "#3");
