@@ -48,12 +48,15 @@ MainWindow::MainWindow(const QString& problemFolder, QWidget* parent)
   setWindowTitle(QStringLiteral("Velkaro"));
   resize(1180, 780);
   setCentralWidget(createCentralArea());
+  createRunner();
   createActions();
   createMenus();
   createToolBar();
   loadSettings();
   showBoard();
 }
+
+MainWindow::~MainWindow() = default;
 
 QWidget* MainWindow::createCentralArea() {
   auto* area = new QWidget(this);
@@ -178,7 +181,8 @@ void MainWindow::editSquare(int square, int code) {
 }
 
 // Everything that follows the board: its squares (only the changed ones are
-// repainted), the piece count and the en-passant choices.
+// repainted), the piece count, the en-passant choices, and the first move and
+// saved run that belonged to the board as it was.
 void MainWindow::showBoard() {
   boardView_->setBoard(board_);
   int white = 0;
@@ -189,6 +193,7 @@ void MainWindow::showBoard() {
   }
   pieceCount_->setText(QStringLiteral("(%1+%2)").arg(white).arg(black));
   updateEnPassantChoices();
+  setupEdited();
 }
 
 void MainWindow::updateEnPassantChoices() {
@@ -224,6 +229,7 @@ void MainWindow::changeMode(int tab) {
   panels_->setCurrentIndex(counting ? 0 : tab);
   modeCaption_->setVisible(counting);
   solverPanel_->setCountingMode(counting);
+  updateRunButtons();
 }
 
 }  // namespace velkaro::ui

@@ -2,10 +2,13 @@
 // Velkaro's main window: the editor board with its palette, the menu and tool
 // bar, the tab strip of the four modes with their panels, the progress panel
 // and the result pane. It owns the editor state and turns commands into
-// changes of it; the settings file is read when the window is made.
+// changes of it and into Solver and Variants runs; the settings file is read
+// when the window is made.
 
 #include <QMainWindow>
 #include <map>
+#include <memory>
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -13,7 +16,9 @@
 #include "core/position.h"
 #include "core/stipulation.h"
 #include "formats/fen.h"
+#include "solver/first_move.h"
 #include "ui/board_transform.h"
+#include "ui/job_runner.h"
 
 class QComboBox;
 class QLabel;
@@ -38,6 +43,7 @@ class MainWindow : public QMainWindow {
 
   // `problemFolder` holds the settings file; it is read (or made) here.
   explicit MainWindow(const QString& problemFolder, QWidget* parent = nullptr);
+  ~MainWindow() override;
 
   core::BoardSetup setup() const;
   void setSetup(const core::BoardSetup& setup);
@@ -57,6 +63,7 @@ class MainWindow : public QMainWindow {
   bool searchMinimumMoves() const;
   // While a job runs, everything but Stop is out of reach.
   void setRunLocked(bool locked);
+  bool jobRunning() const { return runner_->running(); }
 
   QAction* commandAction(int command) const;
   QComboBox* languageBox() const { return languageBox_; }
@@ -68,6 +75,10 @@ class MainWindow : public QMainWindow {
   SolverPanel* solverPanel() const { return solverPanel_; }
   ProgressPanel* progressPanel() const { return progressPanel_; }
   ResultPane* resultPane() const { return resultPane_; }
+
+ protected:
+  // Closing during a run stops the run first; the window closes when it has.
+  void closeEvent(QCloseEvent* event) override;
 
  private:
   // Layout and editing (main_window.cpp).
@@ -102,6 +113,20 @@ class MainWindow : public QMainWindow {
   void showSettingChoices();
   void applyLetters();
 
+  // Runs and the first move to test (main_window_jobs.cpp).
+  void createRunner();
+  std::optional<JobRunner::Kind> jobKind() const;
+  void startJob();
+  void continueJob();
+  void endRun();
+  void updateRunButtons();
+  RunOptions runOptions() const;
+  solver::SolveSettings solveSettings() const;
+  counter::CountSettings countSettings() const;
+  void setupEdited();
+  void selectFirstMove();
+  void showFirstMove();
+
   QString problemFolder_;
   QString importFolder_;
   Board board_{};
@@ -125,6 +150,10 @@ class MainWindow : public QMainWindow {
   ProgressPanel* progressPanel_ = nullptr;
   ResultPane* resultPane_ = nullptr;
   HelpBrowser* help_ = nullptr;
+
+  std::unique_ptr<JobRunner> runner_;
+  std::optional<solver::FirstMove> firstMove_;  // none: all moves
+  bool closeAfterRun_ = false;
 };
 
 }  // namespace velkaro::ui

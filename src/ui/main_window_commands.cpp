@@ -20,6 +20,7 @@
 #include "ui/import_fen_dialog.h"
 #include "ui/main_window.h"
 #include "ui/piece_palette.h"
+#include "ui/progress_panel.h"
 #include "ui/solver_panel.h"
 #include "ui/tool_icons.h"
 
@@ -187,8 +188,10 @@ void MainWindow::setRunLocked(bool locked) {
   if (!locked) {
     for (const auto& [action, enabled] : lockedActions_) action->setEnabled(enabled);
     lockedActions_.clear();
+    updateRunButtons();
     return;
   }
+  progressPanel_->showRunning();
   QSet<QAction*> seen;
   for (const auto& [command, action] : actions_) {
     const bool runCommand = (command >= Open && command <= LastInterval) || isTransformation(command);
@@ -286,6 +289,7 @@ void MainWindow::showSettingChoices() {
 void MainWindow::applyLetters() {
   notation_.setLanguage(language_);
   palette_->setLetters(notation_.letters());
+  showFirstMove();
 }
 
 }  // namespace velkaro::ui

@@ -57,7 +57,7 @@ ProgressPanel::ProgressPanel(QWidget* parent)
   connect(start_, &QPushButton::clicked, this, &ProgressPanel::startPressed);
   connect(continue_, &QPushButton::clicked, this, &ProgressPanel::continuePressed);
   connect(stop_, &QPushButton::clicked, this, &ProgressPanel::stopPressed);
-  start_->setEnabled(false);  // enabled by showIdle once jobs can be run
+  start_->setEnabled(false);  // the window enables it for the modes that run jobs
   continue_->setEnabled(false);
   stop_->setEnabled(false);
   reset();
@@ -117,8 +117,8 @@ void ProgressPanel::showRunning() {
   stop_->setEnabled(true);
 }
 
-void ProgressPanel::showIdle(bool canContinue) {
-  start_->setEnabled(true);
+void ProgressPanel::showIdle(bool canStart, bool canContinue) {
+  start_->setEnabled(canStart);
   continue_->setEnabled(canContinue);
   stop_->setEnabled(false);
 }

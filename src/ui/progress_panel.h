@@ -36,9 +36,9 @@ class ProgressPanel : public QWidget {
 
   // During a run only Stop can be pressed.
   void showRunning();
-  // Between runs Start can be pressed, and Continue when there is something
-  // to go on with.
-  void showIdle(bool canContinue);
+  // Between runs Start can be pressed where the mode runs jobs, and Continue
+  // when there is something to go on with.
+  void showIdle(bool canStart, bool canContinue);
 
   QString clockText() const;
   QString testedMovesText() const;

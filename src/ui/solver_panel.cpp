@@ -66,6 +66,7 @@ QWidget* SolverPanel::createSideBox() {
   layout->addStretch();
   connect(white_, &QRadioButton::toggled, this,
           [this](bool isWhite) { emit sideChanged(isWhite ? core::White : core::Black); });
+  connect(white_, &QRadioButton::toggled, this, &SolverPanel::settingsEdited);
   return box;
 }
 
@@ -76,6 +77,7 @@ QWidget* SolverPanel::createCastlingBox() {
   for (int index = 0; index < 4; ++index) {
     castling_[static_cast<std::size_t>(index)] = new QCheckBox(QString::fromLatin1(labels[index]), box);
     layout->addWidget(castling_[static_cast<std::size_t>(index)], index % 2, index / 2);
+    connect(castling_[static_cast<std::size_t>(index)], &QCheckBox::toggled, this, &SolverPanel::settingsEdited);
   }
   return box;
 }
@@ -94,6 +96,7 @@ QWidget* SolverPanel::createEnPassantBox() {
     choice->hide();
     layout->addWidget(choice, index % 3, index / 3);
     connect(choice, &QRadioButton::toggled, this, [this, index](bool checked) { chooseEnPassant(index, checked); });
+    connect(choice, &QRadioButton::toggled, this, &SolverPanel::settingsEdited);
     enPassant_[static_cast<std::size_t>(index)] = choice;
   }
   return box;
@@ -118,6 +121,7 @@ QWidget* SolverPanel::createFirstMoveRow() {
   layout->addWidget(clear_);
   connect(initialPosition_, &QPushButton::clicked, this, &SolverPanel::initialPositionRequested);
   connect(clear_, &QPushButton::clicked, this, &SolverPanel::clearRequested);
+  connect(selectMove_, &QPushButton::clicked, this, &SolverPanel::selectMoveRequested);
   return row;
 }
 
@@ -197,6 +201,8 @@ QAbstractButton* SolverPanel::enPassantButton(int index) const { return enPassan
 
 bool SolverPanel::testsAllSecondMoves() const { return allSecondMoves_->isChecked(); }
 
+void SolverPanel::setFirstMoveText(const QString& text) { firstMove_->setText(text); }
+
 void SolverPanel::setCountingMode(bool counting) {
   counting_ = counting;
   updateEnabledStates();
@@ -207,8 +213,6 @@ void SolverPanel::setLocked(bool locked) {
   updateEnabledStates();
 }
 
-// The "Select move" dialog needs the first-move list of the continuation
-// counter; until that is part of the window, the button stays off.
 void SolverPanel::updateEnabledStates() {
   for (QRadioButton* kind : kinds_) kind->setEnabled(!locked_ && !counting_);
   moves_->setEnabled(!locked_);
@@ -217,7 +221,7 @@ void SolverPanel::updateEnabledStates() {
   for (QCheckBox* right : castling_) right->setEnabled(!locked_);
   for (QRadioButton* choice : enPassant_) choice->setEnabled(!locked_);
   allSecondMoves_->setEnabled(!locked_ && !counting_ && !kinds_[2]->isChecked());
-  selectMove_->setEnabled(false);
+  selectMove_->setEnabled(!locked_);
   initialPosition_->setEnabled(!locked_);
   clear_->setEnabled(!locked_);
 }

@@ -49,6 +49,9 @@ class SolverPanel : public QWidget {
 
   bool testsAllSecondMoves() const;
 
+  // "All moves" or the chosen first move's text.
+  void setFirstMoveText(const QString& text);
+
   // In counting mode the number is a count of single moves and the
   // stipulation and second-move settings have no say.
   void setCountingMode(bool counting);
@@ -57,11 +60,17 @@ class SolverPanel : public QWidget {
 
   QPushButton* initialPositionButton() const { return initialPosition_; }
   QPushButton* clearButton() const { return clear_; }
+  QPushButton* selectMoveButton() const { return selectMove_; }
+  QLineEdit* firstMoveField() const { return firstMove_; }
+  QSpinBox* movesField() const { return moves_; }
   QRadioButton* sideButton(int side) const;
   QAbstractButton* enPassantButton(int index) const;
 
  signals:
   void sideChanged(int side);
+  // The side, a castling setting or the chosen last move has changed.
+  void settingsEdited();
+  void selectMoveRequested();
   void initialPositionRequested();
   void clearRequested();
 
