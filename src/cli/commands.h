@@ -2,11 +2,13 @@
 // The subcommands of velkaro-cli and what they share.
 
 #include <cstdint>
+#include <memory>
 #include <string_view>
 
 #include "cli/options.h"
 #include "core/messages.h"
 #include "solver/sinks.h"
+#include "solver/solver_job.h"
 
 namespace velkaro::cli {
 
@@ -40,5 +42,21 @@ class TerminalProgress : public solver::ProgressSink {
 
 // The last line on stderr: time, examined moves and speed.
 void printSummary(double seconds, std::uint64_t moves);
+
+// Runs a solving or counting job to its end: the result text goes to stdout
+// as it grows, progress to a terminal's stderr, the summary last.
+template <typename Job, typename Settings>
+int runJob(const Settings& settings, int language) {
+  PrintedReport report;
+  TerminalProgress progress;
+  StderrMessages messages;
+  const auto job = std::make_unique<Job>(progress, report, messages);  // the ply stack is large
+  job->setLanguage(language);
+  const solver::RunEnd end = job->start(settings);
+  progress.clear();
+  if (end == solver::RunEnd::Refused) return kExitRefused;
+  printSummary(static_cast<double>(job->elapsedMs()) / 1000.0, job->testedMoves().total());
+  return 0;
+}
 
 }  // namespace velkaro::cli

@@ -23,15 +23,7 @@ int runCount(const Options& options) {
     if (!settings.firstMove) return usage();
   }
 
-  PrintedReport report;
-  TerminalProgress progress;
-  StderrMessages messages;
-  static counter::CountingJob job(progress, report, messages);  // the ply stack is large: kept off the call stack
-  const solver::RunEnd end = job.start(settings);
-  progress.clear();
-  if (end == solver::RunEnd::Refused) return kExitRefused;
-  printSummary(static_cast<double>(job.elapsedMs()) / 1000.0, job.testedMoves().total());
-  return 0;
+  return runJob<counter::CountingJob, counter::CountSettings>(settings, options.language);
 }
 
 }  // namespace velkaro::cli

@@ -43,6 +43,7 @@ int runPerft(const Options& options) {
   const std::uint64_t nodes = core::perft(stack, options.depth, divide);
   const double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
   std::printf("Nodes: %" PRIu64 "\n", nodes);
+  std::fflush(stdout);  // the result before the summary, also when both go to one pipe
   printSummary(seconds, nodes);
   return 0;
 }

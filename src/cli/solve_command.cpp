@@ -47,16 +47,7 @@ int runSolve(const Options& options) {
     if (!settings.firstMove) return usage();
   }
 
-  PrintedReport report;
-  TerminalProgress progress;
-  StderrMessages messages;
-  static solver::SolverJob job(progress, report, messages);  // the ply stack is large: kept off the call stack
-  job.setLanguage(options.language);
-  const solver::RunEnd end = job.start(settings);
-  progress.clear();
-  if (end == solver::RunEnd::Refused) return kExitRefused;
-  printSummary(static_cast<double>(job.elapsedMs()) / 1000.0, job.testedMoves().total());
-  return 0;
+  return runJob<solver::SolverJob, solver::SolveSettings>(settings, options.language);
 }
 
 }  // namespace velkaro::cli
