@@ -15,7 +15,6 @@ RunEnd SolverJob::start(const SolveSettings& settings) {
   settings_ = settings;
   lateBillionCarry_ = settings.stipulation.helpmate;
   finished_ = false;
-  found_ = false;
   solutions_ = 0;
   stopRequested_ = false;
   startClock(false);
@@ -154,7 +153,6 @@ void SolverJob::reportMateResult(bool found) {
   const bool selfmate = settings_.stipulation.selfmate;
   if (found) {
     ++solutions_;
-    found_ = true;
     std::string key = "1. " + notation_.MoveText(stack_, 1);
     if (!selfmate && stack_[1].searchCount != 0) key += "#";
     if (settings_.firstMove) {
@@ -169,7 +167,6 @@ void SolverJob::reportMateResult(bool found) {
     addRootLine(solutions_ > 0 ? "No more solutions" : "No solution");
     finished_ = true;
     moveBar(kProgressBarFull);
-    found_ = false;
   }
   threat_.valid = false;
   finishResult(true);
@@ -185,7 +182,6 @@ void SolverJob::reportHelpResult(bool found) {
   deletePending();
   if (found) {
     ++solutions_;
-    found_ = true;
     addRootLine("  Solution No " + std::to_string(solutions_));
     for (int pair = 1; 2 * pair <= helpmatePlies_; ++pair) {
       std::string line = std::to_string(pair) + ". " + notation_.MoveText(stack_, 2 * pair - 1);
@@ -197,7 +193,6 @@ void SolverJob::reportHelpResult(bool found) {
     addRootLine(solutions_ > 0 ? "No more solutions" : "  Solution no found");
     finished_ = true;
     moveBar(kProgressBarFull);
-    found_ = false;
   }
   finishResult(true);
 }

@@ -115,7 +115,6 @@ class SolverJob : public Job {
   bool result_ = false;
   bool finished_ = true;
   bool pausedAtSolution_ = false;
-  bool found_ = false;
   int solutions_ = 0;
   int firstMovesTried_ = 0;
   int firstMovesTotal_ = 0;
