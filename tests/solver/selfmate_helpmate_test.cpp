@@ -11,13 +11,6 @@
 namespace velkaro::solver {
 namespace {
 
-struct Problem {
-  const char* name;
-  const char* fen;
-  const char* stipulation;
-  const char* text;
-};
-
 const Problem kProblems[] = {
     // The defences that mate at once are lines of their own.
     {"W. Pauly 1912: promotion key", "KB3N2/P1P1p1P1/5P1k/4P2p/7P/8/6B1/7b w - -", "S#2",

@@ -17,6 +17,14 @@
 
 namespace velkaro::solver {
 
+// A published problem and the whole solution text Velkaro gives for it.
+struct Problem {
+  const char* name;
+  const char* fen;
+  const char* stipulation;
+  const char* text;
+};
+
 class Recorder : public ProgressSink, public ReportSink, public core::MessageSink {
  public:
   // Asks for a stop at every `every`-th tick.

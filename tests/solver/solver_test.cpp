@@ -14,13 +14,6 @@
 namespace velkaro::solver {
 namespace {
 
-struct Problem {
-  const char* name;
-  const char* fen;
-  const char* stipulation;
-  const char* text;  // the whole solution text
-};
-
 // Composers and sources as published; the texts are Velkaro's.
 const Problem kDirectMates[] = {
     {"mate in 1", "k7/8/1K6/8/8/8/8/7R w - -", "#1", "Solution No 1\n1. Rh1 - h8 #\nNo more solutions\n"},
