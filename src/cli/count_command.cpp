@@ -1,29 +1,41 @@
 // velkaro-cli count: the number of legal continuations after 1, 2, ... N
 // single moves, one heading and count line per depth.
 
-#include <cstdio>
+#include <memory>
+#include <string>
 
-#include "cli/commands.h"
+#include "cli/cli.h"
 #include "counter/counting_job.h"
 
 namespace velkaro::cli {
 
-int runCount(const Options& options) {
-  if (options.depth < 1 || options.depth > counter::kMaxCountDepth) {
-    std::fprintf(stderr, "velkaro-cli: count needs --depth N with N from 1 to %d\n", counter::kMaxCountDepth);
-    return usage();
-  }
-  const auto setup = setupFromOptions(options);
-  if (!setup) return usage();
-  counter::CountSettings settings;
-  settings.setup = *setup;
-  settings.depth = options.depth;
-  if (!options.firstMove.empty()) {
-    settings.firstMove = chosenFirstMove(settings.setup, options.firstMove);
-    if (!settings.firstMove) return usage();
-  }
+namespace {
 
-  return runJob<counter::CountingJob, counter::CountSettings>(settings, options.language);
+struct CountOptions {
+  PositionOptions position;
+  int depth = 0;
+  std::string firstMove;
+};
+
+int runCount(const CountOptions& options) {
+  counter::CountSettings settings;
+  settings.setup = setupFrom(options.position);
+  settings.depth = options.depth;
+  if (!options.firstMove.empty()) settings.firstMove = chosenFirstMove(settings.setup, options.firstMove);
+  return runJob<counter::CountingJob>(settings, core::Notation::kEnglish);
+}
+
+}  // namespace
+
+void addCountCommand(CLI::App& app, int& status) {
+  auto options = std::make_shared<CountOptions>();
+  CLI::App* command = app.add_subcommand("count", "count the legal continuations after 1 to N single moves");
+  addPositionOptions(*command, options->position);
+  command->add_option("--depth", options->depth, "the largest number of single moves")
+      ->required()
+      ->check(CLI::Range(1, counter::kMaxCountDepth));
+  command->add_option("--first-move", options->firstMove, "count after this one first move");
+  command->callback([options, &status] { status = runCount(*options); });
 }
 
 }  // namespace velkaro::cli

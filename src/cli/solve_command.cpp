@@ -1,53 +1,51 @@
 // velkaro-cli solve: every key of a direct mate, selfmate or helpmate, printed
 // as the solution text grows; progress and a summary on stderr.
 
-#include <cctype>
-#include <charconv>
-#include <cstdio>
+#include <memory>
 #include <string>
 
-#include "cli/commands.h"
-#include "counter/first_moves.h"
+#include "cli/cli.h"
 #include "solver/solver_job.h"
 
 namespace velkaro::cli {
 
 namespace {
 
-// "#2", "S#3", "h#4" (any case).
-bool parseStipulation(const std::string& text, core::Stipulation& stipulation) {
-  std::size_t at = 0;
-  const char first = static_cast<char>(std::toupper(static_cast<unsigned char>(text.empty() ? ' ' : text[0])));
-  stipulation.helpmate = first == 'H';
-  stipulation.selfmate = first == 'S';
-  if (stipulation.helpmate || stipulation.selfmate) at = 1;
-  if (at >= text.size() || text[at] != '#') return false;
-  const char* begin = text.data() + at + 1;
-  const char* end = text.data() + text.size();
-  auto [stop, error] = std::from_chars(begin, end, stipulation.moves);
-  return error == std::errc{} && stop == end && stipulation.moves >= 1 && stipulation.moves <= solver::kMaxMoves;
+struct SolveOptions {
+  PositionOptions position;
+  std::string stipulation;
+  std::string firstMove;
+  int language = core::Notation::kEnglish;
+  bool secondMoves = false;
+  bool minimumMoves = false;
+  bool stopFirst = false;
+};
+
+int runSolve(const SolveOptions& options) {
+  solver::SolveSettings settings;
+  settings.stipulation = stipulationFrom(options.stipulation, solver::kMaxMoves);
+  settings.setup = setupFrom(options.position);
+  settings.minimumMoves = options.minimumMoves;
+  settings.stopOnFirstSolution = options.stopFirst;
+  settings.testAllSecondMoves = options.secondMoves && !settings.stipulation.helpmate;
+  if (!options.firstMove.empty()) settings.firstMove = chosenFirstMove(settings.setup, options.firstMove);
+  return runJob<solver::SolverJob>(settings, options.language);
 }
 
 }  // namespace
 
-int runSolve(const Options& options) {
-  solver::SolveSettings settings;
-  if (!parseStipulation(options.stipulation, settings.stipulation)) {
-    std::fprintf(stderr, "velkaro-cli: --stip needs #n, S#n or H#n with n from 1 to %d\n", solver::kMaxMoves);
-    return usage();
-  }
-  const auto setup = setupFromOptions(options);
-  if (!setup) return usage();
-  settings.setup = *setup;
-  settings.minimumMoves = options.minimumMoves;
-  settings.stopOnFirstSolution = options.stopFirst;
-  settings.testAllSecondMoves = options.secondMoves && !settings.stipulation.helpmate;
-  if (!options.firstMove.empty()) {
-    settings.firstMove = chosenFirstMove(settings.setup, options.firstMove);
-    if (!settings.firstMove) return usage();
-  }
-
-  return runJob<solver::SolverJob, solver::SolveSettings>(settings, options.language);
+void addSolveCommand(CLI::App& app, int& status) {
+  auto options = std::make_shared<SolveOptions>();
+  CLI::App* command = app.add_subcommand("solve", "find every key of a direct mate, selfmate or helpmate");
+  addPositionOptions(*command, options->position);
+  command->add_option("--stip", options->stipulation, "#n, S#n or H#n")->required();
+  command->add_option("--lang", options->language, "notation language, 1 to 17 (4: English)")
+      ->check(CLI::Range(1, core::Notation::kLanguageCount));
+  command->add_flag("--second-moves", options->secondMoves, "list every working second move");
+  command->add_flag("--min-moves", options->minimumMoves, "look for the shortest solution first");
+  command->add_option("--first-move", options->firstMove, "test this one first move (Qb3-a3, b3a3, Qa3, e8=Q, 0-0)");
+  command->add_flag("--stop-first", options->stopFirst, "stop after the first key");
+  command->callback([options, &status] { status = runSolve(*options); });
 }
 
 }  // namespace velkaro::cli

@@ -71,30 +71,30 @@ std::string Notation::MoveText(int movedPiece, int from, int to, int placedPiece
   return text;
 }
 
+std::string Notation::MoveText(const MoveRecord& move) {
+  return MoveText(move.movedPiece, move.fromSquare, move.toSquare, move.placedPiece, move.moveKind);
+}
+
 std::string Notation::MoveText(const PlyStack& stack, int ply) {
   const PlyFrame& frame = stack[ply];
   return MoveText(frame.movedPiece, frame.fromSquare, frame.toSquare, frame.placedPiece, frame.moveKind);
 }
 
-std::string Notation::LastMoveText(int movedPiece, int from, int to, int placedPiece, int moveKind) {
-  return MoveText(movedPiece, from, to, placedPiece, moveKind);
-}
-
-// "n. first, second" for the moves of frames firstPly and firstPly + 1.
-std::string Notation::movePair(const PlyStack& stack, int firstPly) {
-  std::string text = std::to_string((firstPly + 1) / 2) + ". " + MoveText(stack, firstPly);
+// "n. first, second" for moves firstMove and firstMove + 1 of the line.
+std::string Notation::movePair(const ShownLine& line, int firstMove) {
+  std::string text = std::to_string((firstMove + 1) / 2) + ". " + MoveText(line[firstMove - 1]);
   text += ", ";
-  text += MoveText(stack, firstPly + 1);
+  text += MoveText(line[firstMove]);
   return text;
 }
 
-CurrentLineText Notation::ShowCurrentLine(const PlyStack& stack, int searchDepth, int currentPly) {
+CurrentLineText Notation::ShowCurrentLine(const ShownLine& line, int searchDepth, int currentPly) {
   CurrentLineText shown;
-  shown.firstBox[0] = movePair(stack, 1);
-  if (searchDepth >= 3 && currentPly >= 4) shown.firstBox[1] = movePair(stack, 3);
+  shown.firstBox[0] = movePair(line, 1);
+  if (searchDepth >= 3 && currentPly >= 4) shown.firstBox[1] = movePair(line, 3);
   if (searchDepth >= 9 && currentPly >= 7) {
-    shown.secondBox[0] = movePair(stack, 5);
-    shown.secondBox[1] = movePair(stack, 7);
+    shown.secondBox[0] = movePair(line, 5);
+    shown.secondBox[1] = movePair(line, 7);
   }
   return shown;
 }

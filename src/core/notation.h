@@ -14,9 +14,14 @@ namespace velkaro::core {
 // The current line as the two two-line boxes of the progress panel show it.
 // Lines the depth and ply do not reach are left empty.
 struct CurrentLineText {
+  bool operator==(const CurrentLineText&) const = default;
   std::string firstBox[2];
   std::string secondBox[2];
 };
+
+// The first moves of the line under test, as many as the display shows.
+inline constexpr int kShownLineMoves = 8;
+using ShownLine = std::array<MoveRecord, kShownLineMoves>;
 
 // The letters moves are printed with. One object per window (or job), so two
 // of them can print in different languages side by side.
@@ -42,20 +47,21 @@ class Notation {
   // then the promotion letter or a blank. A code that is no piece keeps the
   // letter of the previous lookup.
   std::string MoveText(int movedPiece, int from, int to, int placedPiece, int moveKind);
+  std::string MoveText(const MoveRecord& move);
   // The current move of frame `ply` of the line.
   std::string MoveText(const PlyStack& stack, int ply);
   // A single move kept apart from the line (a chosen first move, say).
-  std::string LastMoveText(int movedPiece, int from, int to, int placedPiece, int moveKind);
+  std::string LastMoveText(const MoveRecord& move) { return MoveText(move); }
 
   // The line under test. `searchDepth` is the number of plies the search
   // plays out (2n - 1 for a mate or selfmate in n, 2n for a helpmate in n);
   // moves 3-4 are shown from depth 3 once the current ply reaches 4, moves 5-8
-  // from depth 9 once it reaches 7. Move k is the current move of frame k.
-  CurrentLineText ShowCurrentLine(const PlyStack& stack, int searchDepth, int currentPly);
+  // from depth 9 once it reaches 7. Move k of the line is line[k - 1].
+  CurrentLineText ShowCurrentLine(const ShownLine& line, int searchDepth, int currentPly);
 
  private:
   char pieceLetter(int code);
-  std::string movePair(const PlyStack& stack, int firstPly);
+  std::string movePair(const ShownLine& line, int firstMove);
 
   int language_ = kEnglish;
   std::array<char, 5> letters_{'K', 'Q', 'R', 'B', 'N'};

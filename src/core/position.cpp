@@ -4,26 +4,13 @@
 
 namespace velkaro::core {
 
-namespace {
-
-// The first square holding `code`, scanning from a8; 0 when there is none
-// (the set-up check refuses such positions before a search starts).
-std::uint8_t firstSquareOf(const std::array<int, 64>& board, int code) {
-  for (int square = 0; square < 64; ++square) {
-    if (board[static_cast<std::size_t>(square)] == code) return static_cast<std::uint8_t>(square);
-  }
-  return 0;
-}
-
-}  // namespace
-
 void setUpRoot(PlyStack& stack, const BoardSetup& setup) {
   PlyFrame& root = stack[1];
   for (int square = 0; square < 64; ++square) {
     root.position.board[square] = static_cast<std::int8_t>(setup.board[static_cast<std::size_t>(square)]);
   }
-  root.position.whiteKingSquare = firstSquareOf(setup.board, piece::King);
-  root.position.blackKingSquare = firstSquareOf(setup.board, -piece::King);
+  root.position.whiteKingSquare = firstSquareOf(setup.board.data(), piece::King);
+  root.position.blackKingSquare = firstSquareOf(setup.board.data(), -piece::King);
   for (int ply : {1, 2}) {
     Position& position = stack[ply].position;
     position.whiteLongCastle = setup.whiteLongCastle;

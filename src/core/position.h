@@ -117,6 +117,34 @@ struct PlyStack {
   int sideAt(int ply) const { return (ply & 1) ? rootSide : -rootSide; }
 };
 
+// A move as results and progress keep it: enough to write its text and to
+// tell two moves apart, without the frame it was made in.
+struct MoveRecord {
+  std::int8_t movedPiece = 0;
+  std::int8_t fromSquare = 0;
+  std::int8_t toSquare = 0;
+  std::int8_t placedPiece = 0;  // what stands on toSquare afterwards
+  std::int8_t moveKind = 0;
+  bool operator==(const MoveRecord&) const = default;
+};
+
+// The move made from a frame.
+inline MoveRecord moveOf(const PlyFrame& frame) {
+  return {static_cast<std::int8_t>(frame.movedPiece), static_cast<std::int8_t>(frame.fromSquare),
+          static_cast<std::int8_t>(frame.toSquare), static_cast<std::int8_t>(frame.placedPiece),
+          static_cast<std::int8_t>(frame.moveKind)};
+}
+
+// The first square from a8 on that holds `code`, or 0 when none does (the
+// set-up check refuses a board without kings before any search).
+template <typename Square>
+std::uint8_t firstSquareOf(const Square* board, int code) {
+  for (int square = 0; square < 64; ++square) {
+    if (board[square] == code) return static_cast<std::uint8_t>(square);
+  }
+  return 0;
+}
+
 // Copies a frame's Position into the frame that follows it; the next frame's
 // move fields and list are left alone.
 inline void copyPositionToNextPly(PlyFrame& frame) { (&frame)[1].position = frame.position; }

@@ -5,44 +5,40 @@
 // tick, Stop and Continue.
 
 #include <optional>
-#include <string>
 
+#include "core/first_moves.h"
 #include "core/position.h"
-#include "solver/first_move.h"
-#include "solver/job.h"
-#include "solver/solver_job.h"
+#include "jobs/job.h"
+#include "solver/records.h"
 
 namespace velkaro::counter {
 
 struct CountSettings {
   core::BoardSetup setup;
   int depth = 1;  // the largest number of single moves to count
-  std::optional<solver::FirstMove> firstMove;  // "Select move"; none means all moves
+  std::optional<core::FirstMove> firstMove;  // "Select move"; none means all moves
 };
 
 // Deepest count the ply stack holds (the last ply's moves are made one frame up).
 inline constexpr int kMaxCountDepth = core::kPlyFrameCount - 2;
 
-// The count line of one depth: the count grouped by threes (in the billions
-// form from one billion on), the padding that keeps the "x" column, the ratio
-// to the previous depth's count and the side to move at this depth.
-std::string countLine(const solver::BigCount& count, const solver::BigCount& previous, int depth, int rootSide);
-
-class CountingJob : public solver::Job {
+class CountingJob : public jobs::Job {
  public:
-  using Job::Job;
+  // Each depth's count goes to `records` as a count line.
+  CountingJob(jobs::ProgressSink& progress, solver::RecordSink& records, core::MessageSink& messages)
+      : Job(progress, messages), records_(records) {}
 
-  solver::RunEnd start(const CountSettings& settings);
+  jobs::RunEnd start(const CountSettings& settings);
   // Continue after Stop: the walk goes on where it stopped.
-  solver::RunEnd resume();
+  jobs::RunEnd resume();
   bool finished() const { return finished_; }
 
  private:
-  solver::RunEnd run();
+  jobs::RunEnd run();
   void startDepth();
   bool walk();
   void countLeaves(int ply);
-  void countMove(solver::BigCount& leaves);
+  void countMove(jobs::BigCount& leaves);
   void reportDepth();
 
   int startPly() const { return settings_.firstMove ? 2 : 1; }
@@ -54,8 +50,10 @@ class CountingJob : public solver::Job {
   bool finished_ = true;
   int firstMovesTried_ = 0;
   int firstMovesTotal_ = 0;
-  solver::BigCount leaves_;
-  solver::BigCount previous_;
+  jobs::BigCount leaves_;
+  jobs::BigCount previous_;
+  solver::RecordSink& records_;
+  core::PlyStack stack_;
 };
 
 }  // namespace velkaro::counter

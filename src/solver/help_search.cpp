@@ -12,7 +12,7 @@ namespace velkaro::solver {
 
 SolverJob::Outcome SolverJob::helpSearch() {
   for (;;) {
-    if (stopRequested_) return Outcome::Stopped;
+    if (stopRequested()) return Outcome::Stopped;
     bool found = false;
     switch (step_) {
       case Step::Enter:

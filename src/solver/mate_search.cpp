@@ -7,8 +7,6 @@
 // Direct mate in n: the mate finder decides ply 2n - 1. Selfmate in n: ply 2n
 // succeeds when every legal move of the opponent mates the first side.
 
-#include <string>
-
 #include "core/attacks.h"
 #include "core/legal.h"
 #include "core/mate_test.h"
@@ -20,7 +18,7 @@ using core::PlyFrame;
 
 SolverJob::Outcome SolverJob::mateSearch() {
   for (;;) {
-    if (stopRequested_) return Outcome::Stopped;
+    if (stopRequested()) return Outcome::Stopped;
     switch (step_) {
       case Step::Enter:
         enterPly();
@@ -97,15 +95,20 @@ void SolverJob::nextMateAtPly() {
 // second moves, ply 3 has done its work). Its opponent succeeds when it made
 // moves, all answered; without any move it is mated or stalemated: a mate
 // before the last move completes a direct mate, a stalemate does not, and in
-// a selfmate either means the first side was not mated.
+// a selfmate either means the first side was not mated. Ply 1 without a
+// further move never makes a key, not even when the first side stands mated
+// before it has moved.
 void SolverJob::exhaustedPly() {
   const PlyFrame& frame = stack_[ply_];
   const bool moved = frame.searchFlag > 0;
   const bool selfmate = settings_.stipulation.selfmate;
   const bool mated = !moved && core::inCheck(stack_.sideAt(ply_), frame.position);
-  if (attackerPly(ply_)) {
+  if (ply_ == 1) {
+    result_ = false;
+  } else if (attackerPly(ply_)) {
     // A selfmate's first side mated on the way has reached its goal early.
     result_ = (phase_ == Phase::SecondMoves && ply_ == 3) || (selfmate && mated);
+    if (selfmate && mated && phase_ == Phase::SecondMoves && ply_ == 3) addMatingDefence();
   } else {
     result_ = moved || (!selfmate && mated);
   }
@@ -166,9 +169,7 @@ SolverJob::Outcome SolverJob::keyProved() {
 }
 
 void SolverJob::newFirstMove() {
-  ++firstMovesTried_;
-  const int position = firstMovesTotal_ > 0 ? firstMovesTried_ * kProgressBarFull / firstMovesTotal_ : 0;
-  moveBar(position < kProgressBarFull ? position : kProgressBarFull);
+  moveBarFor(++firstMovesTried_, firstMovesTotal_);
   variations_.clear();
   computeThreat();
 }
@@ -176,7 +177,7 @@ void SolverJob::newFirstMove() {
 // The threat of a direct mate: a mate the first side would give at once if
 // its opponent could pass after the key. Frame 2 stands for the pass.
 void SolverJob::computeThreat() {
-  threat_.valid = false;
+  threat_.reset();
   if (settings_.stipulation.selfmate || settings_.stipulation.helpmate || settings_.testAllSecondMoves ||
       moves_ < 2) {
     return;
@@ -185,9 +186,7 @@ void SolverJob::computeThreat() {
   if (core::inCheck(stack_.sideAt(2), pass.position)) return;
   pass.movedPiece = 0;  // no double step to take en passant
   core::copyPositionToNextPly(pass);
-  if (!findMate(3, 0)) return;
-  const PlyFrame& threat = stack_[3];
-  threat_ = Threat{true, threat.fromSquare, threat.toSquare, threat.moveKind, notation_.MoveText(stack_, 3)};
+  if (findMate(3, 0)) threat_ = core::moveOf(stack_[3]);
 }
 
 // The first move of the side at `ply`, after `continuing` the search from the
@@ -219,7 +218,7 @@ bool SolverJob::allRepliesMate(int ply) {
     countTestedMove();
     replied = true;
     if (!sideMated(ply + 1)) return false;
-    if (ply == 2) variations_.push_back("1...., " + notation_.MoveText(stack_, 2) + "#");
+    if (ply == 2) variations_.push_back({core::moveOf(stack_[2]), true});
   }
   return replied;
 }
@@ -228,31 +227,27 @@ bool SolverJob::allRepliesMate(int ply) {
 // the threat again is left out: the threat line already says it.
 void SolverJob::addVariation() {
   if (settings_.testAllSecondMoves) return;
-  const PlyFrame& reply = stack_[3];
-  std::string line = "1...., " + notation_.MoveText(stack_, 2);
   if (stack_[2].searchCount != 0) {
-    variations_.push_back(line + "#");  // the defence itself mated (selfmates)
+    addMatingDefence();
     return;
   }
-  if (threat_.valid && reply.fromSquare == threat_.fromSquare && reply.toSquare == threat_.toSquare &&
-      reply.moveKind == threat_.moveKind) {
+  const core::MoveRecord reply = core::moveOf(stack_[3]);
+  if (threat_ && reply.fromSquare == threat_->fromSquare && reply.toSquare == threat_->toSquare &&
+      reply.moveKind == threat_->moveKind) {
     return;
   }
-  line += "  2. " + notation_.MoveText(stack_, 3);
-  if (reply.searchCount != 0 && !settings_.stipulation.selfmate) line += "#";
-  variations_.push_back(line);
+  const bool mates = stack_[3].searchCount != 0 && !settings_.stipulation.selfmate;
+  variations_.push_back({core::moveOf(stack_[2]), false, reply, mates});
 }
+
+// A selfmate's defence at ply 2 that mates the first side at once.
+void SolverJob::addMatingDefence() { variations_.push_back({core::moveOf(stack_[2]), true}); }
 
 // One more working reply at ply 3 to the defence at ply 2; further replies to
 // the same defence line up under the first.
 void SolverJob::addSecondMove() {
-  std::string move = "2. " + notation_.MoveText(stack_, 3);
-  if (stack_[3].searchCount != 0 && !settings_.stipulation.selfmate) move += "#";
-  if (secondMoves_++ == 0) {
-    variations_.push_back("1...., " + notation_.MoveText(stack_, 2) + "  " + move);
-  } else {
-    variations_.push_back(std::string(24, ' ') + move);
-  }
+  const bool mates = stack_[3].searchCount != 0 && !settings_.stipulation.selfmate;
+  variations_.push_back({core::moveOf(stack_[2]), false, core::moveOf(stack_[3]), mates, secondMoves_++ > 0});
 }
 
 }  // namespace velkaro::solver

@@ -4,8 +4,6 @@
 
 #include "solver/solver_job.h"
 
-#include <cstdio>
-
 #include "core/movegen.h"
 #include "core/validate.h"
 
@@ -16,7 +14,7 @@ RunEnd SolverJob::start(const SolveSettings& settings) {
   lateBillionCarry_ = settings.stipulation.helpmate;
   finished_ = false;
   solutions_ = 0;
-  stopRequested_ = false;
+  clearStopRequest();
   startClock(false);
   moves_ = settings_.minimumMoves ? 1 : settings_.stipulation.moves;
   if (moves_ < 1 || moves_ > kMaxMoves || !prepareFreshSearch()) {
@@ -33,7 +31,7 @@ RunEnd SolverJob::resume(std::optional<bool> testAllSecondMoves) {
   if (pausedAtSolution_ && testAllSecondMoves) {
     settings_.testAllSecondMoves = *testAllSecondMoves && !settings_.stipulation.helpmate;
   }
-  stopRequested_ = false;
+  clearStopRequest();
   startClock(true);
   return runLoop();
 }
@@ -49,7 +47,7 @@ bool SolverJob::prepareFreshSearch() {
 // Frame 1, frame 2 when the first move is forced, and the body's start.
 void SolverJob::buildFrames() {
   core::setUpRoot(stack_, settings_.setup);
-  if (settings_.firstMove) applyFirstMove(stack_, *settings_.firstMove);
+  if (settings_.firstMove) core::applyFirstMove(stack_, *settings_.firstMove);
   beginDepth();
 }
 
@@ -62,7 +60,7 @@ void SolverJob::beginDepth() {
   ply_ = startPly();
   step_ = Step::Enter;
   phase_ = Phase::Keys;
-  threat_ = Threat{};
+  threat_.reset();
   variations_.clear();
   firstMovesTried_ = 0;
   firstMovesTotal_ = settings_.firstMove ? 1 : core::countMoves(stack_, 1);
@@ -72,16 +70,19 @@ void SolverJob::beginDepth() {
   if (settings_.firstMove) computeThreat();
 }
 
-void SolverJob::addMinimumMovesHeader() {
-  char header[32];
-  std::snprintf(header, sizeof header, "In %d moves:", moves_);
-  addRootLine(header);
+void SolverJob::addMinimumMovesHeader() { records_.record(MovesHeader{moves_}); }
+
+// Moves 1 to 8 of the line under test.
+void SolverJob::fillLine(jobs::Progress& progress) const {
+  progress.lineDepth = lastMovePly_;
+  progress.linePly = ply_;
+  for (int ply = 1; ply <= core::kShownLineMoves; ++ply) progress.line[ply - 1] = core::moveOf(stack_[ply]);
 }
 
 RunEnd SolverJob::runLoop() {
   pausedAtSolution_ = false;
   for (;;) {
-    insertPlaceholder(" searching ...");
+    records_.record(Searching{});
     const Outcome outcome = searchBody();
     if (outcome == Outcome::Stopped) {
       stopClock();
@@ -130,46 +131,36 @@ SolverJob::After SolverJob::afterOutcome(Outcome outcome) {
 // stipulated depth, the next depth follows. The buffer texts of the ending
 // are the program's own, the helpmate's format string included.
 bool SolverJob::failedDepth() {
-  deletePending();
-  const bool helpmate = settings_.stipulation.helpmate;
   const bool last = solutions_ > 0 || moves_ >= settings_.stipulation.moves;
-  if (solutions_ > 0) {
-    addRootItem(helpmate ? " No more solutions" : "No more solutions");
-    appendToBuffer(helpmate ? "%s No more solutions" : "No more solutions");
-  } else {
-    addRootLine(helpmate ? " - no solution" : "- no solution");
+  if (last) {
+    finished_ = true;
+    moveBar(jobs::kProgressBarFull);
   }
-  reportSink_.scrollToEnd();
+  records_.record(FailedDepth{settings_.stipulation.helpmate, solutions_ > 0, last});
   finalUpdate();
-  if (!last) return true;
-  finished_ = true;
-  moveBar(kProgressBarFull);
-  reportSink_.beep();
-  return false;
+  return !last;
 }
 
+// A key with its threat (direct mates of two moves or more) and variations,
+// or the end of the run.
 void SolverJob::reportMateResult(bool found) {
-  deletePending();
   const bool selfmate = settings_.stipulation.selfmate;
   if (found) {
     ++solutions_;
-    std::string key = "1. " + notation_.MoveText(stack_, 1);
-    if (!selfmate && stack_[1].searchCount != 0) key += "#";
-    if (settings_.firstMove) {
-      key += "   O.K.";
-    } else {
-      addRootLine("Solution No " + std::to_string(solutions_));
-    }
-    if (moves_ >= 2 && !selfmate && threat_.valid) key += "  threat:  2. " + threat_.text + "#";
-    const ItemId keyItem = addRootLine(key);
-    for (const std::string& line : variations_) addChildLine(keyItem, line);
+    Key key;
+    key.forced = settings_.firstMove.has_value();
+    key.number = key.forced ? 0 : solutions_;
+    key.move = core::moveOf(stack_[1]);
+    key.mates = !selfmate && stack_[1].searchCount != 0;
+    if (moves_ >= 2 && !selfmate) key.threat = threat_;
+    key.variations = variations_;
+    records_.record(key);
   } else {
-    addRootLine(solutions_ > 0 ? "No more solutions" : "No solution");
     finished_ = true;
-    moveBar(kProgressBarFull);
+    moveBar(jobs::kProgressBarFull);
+    records_.record(NoSolution{false, solutions_ > 0});
   }
-  threat_.valid = false;
-  finishResult(true);
+  threat_.reset();
 }
 
 }  // namespace velkaro::solver
@@ -179,22 +170,16 @@ namespace velkaro::solver {
 // A helpmate line: "  Solution No %d", then the moves in pairs, the last one
 // marked as mate.
 void SolverJob::reportHelpResult(bool found) {
-  deletePending();
   if (found) {
     ++solutions_;
-    addRootLine("  Solution No " + std::to_string(solutions_));
-    for (int pair = 1; 2 * pair <= helpmatePlies_; ++pair) {
-      std::string line = std::to_string(pair) + ". " + notation_.MoveText(stack_, 2 * pair - 1);
-      line += ",  " + notation_.MoveText(stack_, 2 * pair);
-      if (2 * pair == helpmatePlies_) line += "#";
-      addRootLine(line);
-    }
+    HelpLine line{solutions_, {}};
+    for (int ply = 1; ply <= helpmatePlies_ - helpmatePlies_ % 2; ++ply) line.moves.push_back(core::moveOf(stack_[ply]));
+    records_.record(line);
   } else {
-    addRootLine(solutions_ > 0 ? "No more solutions" : "  Solution no found");
     finished_ = true;
-    moveBar(kProgressBarFull);
+    moveBar(jobs::kProgressBarFull);
+    records_.record(NoSolution{true, solutions_ > 0});
   }
-  finishResult(true);
 }
 
 }  // namespace velkaro::solver

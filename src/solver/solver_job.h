@@ -5,15 +5,17 @@
 // exactly where it left off.
 
 #include <optional>
-#include <string>
 #include <vector>
 
+#include "core/first_moves.h"
 #include "core/position.h"
 #include "core/stipulation.h"
-#include "solver/first_move.h"
-#include "solver/job.h"
+#include "jobs/job.h"
+#include "solver/records.h"
 
 namespace velkaro::solver {
+
+using jobs::RunEnd;
 
 struct SolveSettings {
   core::BoardSetup setup;
@@ -21,24 +23,18 @@ struct SolveSettings {
   bool minimumMoves = false;         // "Search minimum moves"
   bool stopOnFirstSolution = true;   // "Stop on first solution"
   bool testAllSecondMoves = false;   // "Testing all second moves" (not for helpmates)
-  std::optional<FirstMove> firstMove;  // "Select move"; none means all moves
-};
-
-// How a run (Start or Continue) ended.
-enum class RunEnd {
-  Refused,   // the set-up check refused the position; nothing was searched
-  Stopped,   // Stop was requested; Continue resumes
-  Solution,  // paused after a solution ("Stop on first solution"); Continue goes on
-  Finished,  // nothing more to find; Continue is not possible
+  std::optional<core::FirstMove> firstMove;  // "Select move"; none means all moves
 };
 
 // Deepest stipulations the ply stack holds: 2n + 2 frames for a helpmate or
 // selfmate in n, 2n + 1 for a direct mate.
 inline constexpr int kMaxMoves = (core::kPlyFrameCount - 2) / 2 - 1;
 
-class SolverJob : public Job {
+class SolverJob : public jobs::Job {
  public:
-  using Job::Job;
+  // Results go to `records` as they are found.
+  SolverJob(jobs::ProgressSink& progress, RecordSink& records, core::MessageSink& messages)
+      : Job(progress, messages), records_(records) {}
 
   // Start: a fresh run with these settings. The side to move in the set-up
   // moves first; in a helpmate that is the side to be mated.
@@ -58,14 +54,6 @@ class SolverJob : public Job {
   // What the driver does after a result: go on at once, pause at a solution
   // (unless solutions should not pause the run), or end the run.
   enum class After { Go, Pause, Finish };
-
-  struct Threat {
-    bool valid = false;
-    int fromSquare = 0;
-    int toSquare = 0;
-    int moveKind = 0;
-    std::string text;
-  };
 
   RunEnd runLoop();
   bool prepareFreshSearch();
@@ -90,6 +78,7 @@ class SolverJob : public Job {
   bool allRepliesMate(int ply);
   void addVariation();
   void addSecondMove();
+  void addMatingDefence();
 
   // Helpmates.
   Outcome helpSearch();
@@ -102,8 +91,7 @@ class SolverJob : public Job {
 
   bool attackerPly(int ply) const { return (ply & 1) == 1; }
   int startPly() const { return settings_.firstMove ? 2 : 1; }
-  int lineDepth() const override { return lastMovePly_; }
-  int linePly() const override { return ply_; }
+  void fillLine(jobs::Progress& progress) const override;
 
   SolveSettings settings_;
   int moves_ = 0;        // n of the depth being searched
@@ -120,8 +108,10 @@ class SolverJob : public Job {
   int firstMovesTotal_ = 0;
   int secondMoves_ = 0;      // working second moves listed for the current defence
   int helpmatePlies_ = 0;    // length of the helpmate line just found
-  Threat threat_;
-  std::vector<std::string> variations_;
+  std::optional<core::MoveRecord> threat_;
+  std::vector<Variation> variations_;
+  RecordSink& records_;
+  core::PlyStack stack_;
 };
 
 }  // namespace velkaro::solver

@@ -1,0 +1,99 @@
+#pragma once
+// What velkaro-cli's commands share: the options every position command takes
+// (--fen, --ep), reading them into a set-up, the exit statuses, and the sinks
+// that print a job's results to stdout and its progress to stderr.
+
+#include <CLI/App.hpp>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "core/first_moves.h"
+#include "core/messages.h"
+#include "core/position.h"
+#include "core/stipulation.h"
+#include "jobs/job.h"
+#include "solver/report_writer.h"
+
+namespace velkaro::cli {
+
+// Exit statuses the command line promises.
+inline constexpr int kExitRefused = 2;  // the set-up was refused; the message is on stderr
+inline constexpr int kExitUsage = 64;   // bad arguments; what was wrong and a usage line are on stderr
+
+// Thrown from a command's callback when its arguments, read together, make no
+// sense; main turns it into a message, the usage line and status 64.
+class UsageError : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+// Each command adds itself to the program; its callback leaves its exit
+// status in `status`.
+void addPerftCommand(CLI::App& app, int& status);
+void addSolveCommand(CLI::App& app, int& status);
+void addCountCommand(CLI::App& app, int& status);
+
+// --fen and --ep.
+struct PositionOptions {
+  std::string fen;
+  std::string enPassant;
+};
+void addPositionOptions(CLI::App& command, PositionOptions& options);
+
+// The set-up the standard FEN line describes, --ep overriding its
+// en-passant field.
+core::BoardSetup setupFrom(const PositionOptions& options);
+
+// "#2", "S#3", "h#4" (any case), n from 1 to `maxMoves`.
+core::Stipulation stipulationFrom(const std::string& text, int maxMoves);
+
+// The legal first move `text` names: exactly one must.
+core::FirstMove chosenFirstMove(const core::BoardSetup& setup, const std::string& text);
+
+// A refused set-up's message goes to stderr as it stands.
+class StderrMessages : public core::MessageSink {
+ public:
+  void showMessage(std::string_view caption, std::string_view text) override;
+};
+
+// stdout gets exactly the plain-text result, as it is written.
+class PrintedText : public solver::LineSink {
+ public:
+  void appendText(std::string_view text) override;
+};
+
+// On a terminal the clock, the tested moves and the speed stay on one line
+// of stderr while a job runs.
+class TerminalProgress : public jobs::ProgressSink {
+ public:
+  TerminalProgress();
+  void tick(const jobs::Progress& progress) override;
+  void clear() const;
+
+ private:
+  bool shown_;
+};
+
+// The last line on stderr: time, examined moves and speed.
+void printSummary(double seconds, std::uint64_t moves);
+
+// Runs a solving or counting job to its end: the result text goes to stdout
+// as it grows, progress to a terminal's stderr, the summary last.
+template <typename Job, typename Settings>
+int runJob(const Settings& settings, int language) {
+  PrintedText text;
+  solver::ReportWriter writer(text, language);
+  TerminalProgress progress;
+  StderrMessages messages;
+  const auto job = std::make_unique<Job>(progress, writer, messages);  // the ply stack is large
+  const jobs::RunEnd end = job->start(settings);
+  progress.clear();
+  if (end == jobs::RunEnd::Refused) return kExitRefused;
+  printSummary(static_cast<double>(job->elapsedMs()) / 1000.0, job->testedMoves().total());
+  return 0;
+}
+
+}  // namespace velkaro::cli
