@@ -133,7 +133,7 @@ int main(int argc, char** argv) {
     std::cerr << "velkaro-cli: " << error.what() << "\n" << app.help();
     return kExitUsage;
   } catch (const UsageError& error) {
-    std::cerr << "velkaro-cli: " << error.what() << "\nRun with --help for the usage.\n";
+    std::cerr << "velkaro-cli: " << error.what() << "\n" << app.help();
     return kExitUsage;
   }
   return status;

@@ -13,7 +13,6 @@ namespace velkaro::counter {
 jobs::RunEnd CountingJob::start(const CountSettings& settings) {
   settings_ = settings;
   lateBillionCarry_ = true;
-  clearStopRequest();
   finished_ = true;
   startClock(false);
   if (settings_.depth < 1 || settings_.depth > kMaxCountDepth ||
@@ -33,7 +32,6 @@ jobs::RunEnd CountingJob::start(const CountSettings& settings) {
 
 jobs::RunEnd CountingJob::resume() {
   if (finished_) return jobs::RunEnd::Finished;
-  clearStopRequest();
   startClock(true);
   records_.record(solver::Searching{true});
   return run();
@@ -50,6 +48,7 @@ void CountingJob::startDepth() {
 jobs::RunEnd CountingJob::run() {
   for (;;) {
     if (!walk()) {
+      clearStopRequest();  // honoured
       stopClock();
       return jobs::RunEnd::Stopped;
     }

@@ -87,18 +87,21 @@ class Job {
   Job& operator=(const Job&) = delete;
 
   // Asks the run to stop at its next step; Continue resumes it. Any thread
-  // may ask.
+  // may ask, also just before a run begins: the request holds until a run
+  // has stopped for it.
   void requestStop() { stopRequested_.store(true, std::memory_order_relaxed); }
+  // Forgets a request no run has honoured (one made after the run ended).
+  void clearStopRequest() { stopRequested_.store(false, std::memory_order_relaxed); }
 
   void setRefreshInterval(int moves) { refreshInterval_ = moves > 0 ? moves : kDefaultRefreshInterval; }
 
   const BigCount& testedMoves() const { return tested_; }
   std::int64_t elapsedMs() const;
+  // The clock, the count and the bar as they stand, without a line.
+  Progress totals() const { return progress(false); }
 
  protected:
   bool stopRequested() const { return stopRequested_.load(std::memory_order_relaxed); }
-  // A Start or Continue forgets an earlier request.
-  void clearStopRequest() { stopRequested_.store(false, std::memory_order_relaxed); }
 
   // Counts one tested move; every refresh interval the progress tick runs.
   void countTestedMove() {

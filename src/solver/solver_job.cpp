@@ -14,7 +14,6 @@ RunEnd SolverJob::start(const SolveSettings& settings) {
   lateBillionCarry_ = settings.stipulation.helpmate;
   finished_ = false;
   solutions_ = 0;
-  clearStopRequest();
   startClock(false);
   moves_ = settings_.minimumMoves ? 1 : settings_.stipulation.moves;
   if (moves_ < 1 || moves_ > kMaxMoves || !prepareFreshSearch()) {
@@ -31,7 +30,6 @@ RunEnd SolverJob::resume(std::optional<bool> testAllSecondMoves) {
   if (pausedAtSolution_ && testAllSecondMoves) {
     settings_.testAllSecondMoves = *testAllSecondMoves && !settings_.stipulation.helpmate;
   }
-  clearStopRequest();
   startClock(true);
   return runLoop();
 }
@@ -85,6 +83,7 @@ RunEnd SolverJob::runLoop() {
     records_.record(Searching{});
     const Outcome outcome = searchBody();
     if (outcome == Outcome::Stopped) {
+      clearStopRequest();  // honoured
       stopClock();
       return RunEnd::Stopped;
     }
