@@ -1,119 +1,202 @@
-// The window runs its jobs on the interface thread: a job returns to the
-// runner only when it stops, pauses or ends, and in between the progress tick
-// is the one place where the window sees its input.
+// The worker thread and the mailbox between it and the interface thread.
 
 #include "ui/job_runner.h"
 
-#include <QApplication>
-#include <QMessageBox>
-
-#include "ui/progress_panel.h"
-#include "ui/result_pane.h"
+#include <QThread>
+#include <mutex>
 
 namespace velkaro::ui {
-namespace {
 
-QString fromView(std::string_view text) { return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size())); }
+// Everything the worker has said and the interface thread has not yet taken.
+class JobRunner::Mailbox {
+ public:
+  explicit Mailbox(JobRunner& runner) : runner_(runner) {}
 
-}  // namespace
+  void post(const solver::Record& record) {
+    std::lock_guard lock(mutex_);
+    records_.push_back(record);
+    notify();
+  }
+  void post(const PanelState& panel) {
+    std::lock_guard lock(mutex_);
+    panel_ = panel;
+    panelChanged_ = true;
+    notify();
+  }
+  void moveBar(int position) {
+    std::lock_guard lock(mutex_);
+    panel_.progress.bar = position;
+    panelChanged_ = true;
+    notify();
+  }
+  void refuse(const QString& message) {
+    std::lock_guard lock(mutex_);
+    refusal_ = message;
+  }
+  void finish(jobs::RunEnd end) {
+    std::lock_guard lock(mutex_);
+    end_ = end;
+    notify();
+  }
 
-JobRunner::JobRunner(ProgressPanel& panel, ResultPane& pane, QWidget& dialogParent)
-    : panel_(panel),
-      pane_(pane),
-      dialogParent_(dialogParent),
-      solverJob_(std::make_unique<solver::SolverJob>(*this, *this, *this)),
-      countingJob_(std::make_unique<counter::CountingJob>(*this, *this, *this)) {}
+  Mail take(std::size_t most) {
+    std::lock_guard lock(mutex_);
+    Mail mail;
+    if (records_.size() <= most) {
+      mail.records.swap(records_);
+    } else {
+      mail.records.assign(std::make_move_iterator(records_.begin()),
+                          std::make_move_iterator(records_.begin() + static_cast<std::ptrdiff_t>(most)));
+      records_.erase(records_.begin(), records_.begin() + static_cast<std::ptrdiff_t>(most));
+      mail.more = true;
+    }
+    if (panelChanged_) mail.panel = panel_;
+    panelChanged_ = false;
+    if (!mail.more && end_) {
+      mail.end = end_;
+      mail.refusal = refusal_;
+      end_.reset();
+      refusal_.clear();
+    }
+    notified_ = mail.more;  // what is left is announced already
+    return mail;
+  }
 
-JobRunner::~JobRunner() = default;
+ private:
+  // Called with the lock held: one announcement until the mail is taken.
+  void notify() {
+    if (notified_) return;
+    notified_ = true;
+    emit runner_.mailArrived();
+  }
 
-// The job always pauses after a solution and the runner decides whether to go
-// on, so that "Stop on first solution" is read again at every Continue.
-solver::RunEnd JobRunner::solve(solver::SolveSettings settings, const RunOptions& options) {
-  settings.stopOnFirstSolution = true;
-  beginRun(options);
-  return endRun(Kind::Solving, solverJob_->start(settings), options);
+  JobRunner& runner_;
+  std::mutex mutex_;
+  std::vector<solver::Record> records_;
+  PanelState panel_;
+  bool panelChanged_ = false;
+  std::optional<jobs::RunEnd> end_;
+  QString refusal_;
+  bool notified_ = false;
+};
+
+// Lives on the worker thread with the jobs; it is their sinks.
+class JobRunner::Worker : public QObject,
+                          public jobs::ProgressSink,
+                          public solver::RecordSink,
+                          public core::MessageSink {
+ public:
+  explicit Worker(Mailbox& mailbox)
+      : mailbox_(mailbox),
+        solverJob(std::make_unique<solver::SolverJob>(*this, *this, *this)),
+        countingJob(std::make_unique<counter::CountingJob>(*this, *this, *this)) {}
+
+  void started(const jobs::Progress& progress, bool fresh) override { mailbox_.post(PanelState{progress, false, fresh}); }
+  void tick(const jobs::Progress& progress) override { mailbox_.post(PanelState{progress, true, false}); }
+  void update(const jobs::Progress& progress) override { mailbox_.post(PanelState{progress, false, false}); }
+  void barMoved(int position) override { mailbox_.moveBar(position); }
+  void record(const solver::Record& record) override { mailbox_.post(record); }
+  void showMessage(std::string_view, std::string_view text) override {
+    mailbox_.refuse(QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size())));
+  }
+
+  void prepare(const RunOptions& options) {
+    solverJob->setRefreshInterval(options.refreshInterval);
+    countingJob->setRefreshInterval(options.refreshInterval);
+  }
+  // The job pauses after every solution; with "Stop on first solution" off
+  // the worker goes on at once.
+  void solveOn(jobs::RunEnd end, const RunOptions& options) {
+    while (end == jobs::RunEnd::Solution && !options.stopOnFirstSolution) {
+      end = solverJob->resume(options.testAllSecondMoves);
+    }
+    finish(*solverJob, end);
+  }
+  // The panel shows the totals a run ended with, a stopped one too.
+  void finish(const jobs::Job& job, jobs::RunEnd end) {
+    if (end != jobs::RunEnd::Refused) mailbox_.post(PanelState{job.totals(), false, false});
+    mailbox_.finish(end);
+  }
+
+ private:
+  Mailbox& mailbox_;
+
+ public:
+  // Each job holds a whole ply stack: too large for the call stack.
+  std::unique_ptr<solver::SolverJob> solverJob;
+  std::unique_ptr<counter::CountingJob> countingJob;
+};
+
+JobRunner::JobRunner(QObject* parent)
+    : QObject(parent),
+      mailbox_(std::make_unique<Mailbox>(*this)),
+      worker_(std::make_unique<Worker>(*mailbox_)),
+      thread_(new QThread(this)) {
+  thread_->setObjectName(QStringLiteral("Velkaro jobs"));
+  worker_->moveToThread(thread_);
+  thread_->start();
 }
 
-solver::RunEnd JobRunner::count(const counter::CountSettings& settings, const RunOptions& options) {
-  beginRun(options);
-  return endRun(Kind::Counting, countingJob_->start(settings), options);
+JobRunner::~JobRunner() {
+  requestStop();
+  thread_->quit();
+  thread_->wait();
 }
 
-solver::RunEnd JobRunner::resume(const RunOptions& options) {
-  if (!continuable_) return solver::RunEnd::Finished;
-  const Kind kind = *continuable_;
-  beginRun(options);
-  return endRun(kind, kind == Kind::Solving ? solverJob_->resume(options.testAllSecondMoves) : countingJob_->resume(),
-                options);
-}
-
-// The language and the refresh interval chosen since the last run count from
-// this one on.
-void JobRunner::beginRun(const RunOptions& options) {
+// The worker is idle here, so a stop asked for after the last run ended can
+// be forgotten before the next one is queued; one asked for from now on holds.
+void JobRunner::begin(Kind kind, const RunOptions& options) {
+  worker_->solverJob->clearStopRequest();
+  worker_->countingJob->clearStopRequest();
   running_ = true;
-  stopRequested_ = false;
+  kind_ = kind;
   continuable_.reset();
-  solverJob_->setLanguage(options.language);
-  solverJob_->setRefreshInterval(options.refreshInterval);
-  countingJob_->setLanguage(options.language);
-  countingJob_->setRefreshInterval(options.refreshInterval);
+  QMetaObject::invokeMethod(worker_.get(), [worker = worker_.get(), options] { worker->prepare(options); });
 }
 
-solver::RunEnd JobRunner::endRun(Kind kind, solver::RunEnd end, const RunOptions& options) {
-  while (kind == Kind::Solving && end == solver::RunEnd::Solution && !options.stopOnFirstSolution) {
-    end = solverJob_->resume(options.testAllSecondMoves);
-  }
-  running_ = false;
-  if (end == solver::RunEnd::Stopped || end == solver::RunEnd::Solution) continuable_ = kind;
-  return end;
+void JobRunner::solve(const solver::SolveSettings& settings, const RunOptions& options) {
+  begin(Kind::Solving, options);
+  solver::SolveSettings pausing = settings;
+  pausing.stopOnFirstSolution = true;  // the worker decides whether to go on
+  QMetaObject::invokeMethod(worker_.get(), [worker = worker_.get(), pausing, options] {
+    worker->solveOn(worker->solverJob->start(pausing), options);
+  });
 }
 
-// The fields first, so that what the user sees is current while the input
-// that has waited since the last tick is handled.
-bool JobRunner::tick(const solver::Progress& progress) {
-  showTotals(progress);
-  if (progress.showsLine) {
-    panel_.setLineDisplay(progress.line);
+void JobRunner::count(const counter::CountSettings& settings, const RunOptions& options) {
+  begin(Kind::Counting, options);
+  QMetaObject::invokeMethod(worker_.get(), [worker = worker_.get(), settings] {
+    worker->finish(*worker->countingJob, worker->countingJob->start(settings));
+  });
+}
+
+void JobRunner::resume(const RunOptions& options) {
+  if (running_ || !continuable_) return;
+  const Kind kind = *continuable_;
+  begin(kind, options);
+  if (kind == Kind::Solving) {
+    QMetaObject::invokeMethod(worker_.get(), [worker = worker_.get(), options] {
+      worker->solveOn(worker->solverJob->resume(options.testAllSecondMoves), options);
+    });
   } else {
-    panel_.clearLineDisplay();
+    QMetaObject::invokeMethod(worker_.get(), [worker = worker_.get()] {
+      worker->finish(*worker->countingJob, worker->countingJob->resume());
+    });
   }
-  QCoreApplication::processEvents();
-  return stopRequested_;
 }
 
-void JobRunner::update(const solver::Progress& progress) {
-  showTotals(progress);
-  panel_.clearLineDisplay();
+void JobRunner::requestStop() {
+  worker_->solverJob->requestStop();
+  worker_->countingJob->requestStop();
 }
 
-void JobRunner::showTotals(const solver::Progress& progress) {
-  panel_.setClockText(progress.clock);
-  panel_.setTestedMovesText(progress.testedMoves);
-  panel_.setSpeedText(progress.speed);
-  panel_.setBar(progress.bar);
-}
-
-void JobRunner::barMoved(int position) { panel_.setBar(position); }
-
-void JobRunner::clearItems() { pane_.clearResults(); }
-
-void JobRunner::insertRootItem(solver::ItemId id, std::string_view text) { pane_.insertRootItem(id, text); }
-
-void JobRunner::insertChildItem(solver::ItemId parent, solver::ItemId id, std::string_view text) {
-  pane_.insertChildItem(parent, id, text);
-}
-
-void JobRunner::deleteItem(solver::ItemId id) { pane_.deleteItem(id); }
-
-void JobRunner::scrollToEnd() { pane_.scrollToEnd(); }
-
-void JobRunner::beep() { QApplication::beep(); }
-
-void JobRunner::bufferAppended(std::string_view text) { pane_.appendText(text); }
-
-void JobRunner::showMessage(std::string_view caption, std::string_view text) {
-  QMessageBox box(QMessageBox::Warning, fromView(caption), fromView(text), QMessageBox::Ok, &dialogParent_);
-  box.exec();
+JobRunner::Mail JobRunner::takeMail(std::size_t most) {
+  Mail mail = mailbox_->take(most);
+  if (mail.end) {
+    running_ = false;
+    if (*mail.end == jobs::RunEnd::Stopped || *mail.end == jobs::RunEnd::Solution) continuable_ = kind_;
+  }
+  return mail;
 }
 
 }  // namespace velkaro::ui

@@ -1,49 +1,58 @@
 #pragma once
-// Runs the Solver and Variants jobs for the window. It is the jobs' progress,
-// report and message sink: the progress panel, the result pane and message
-// boxes show what a job says, and every progress tick lets pending input
-// through, so that Stop can be pressed while the search goes on.
+// Runs the Solver and Variants jobs for the window on a worker thread. The
+// jobs talk to sinks on that thread, which leave what they say in a mailbox;
+// the interface thread is told once that there is mail and takes it in
+// batches, so the window repaints and answers Stop however fast results come.
+// Stop reaches the job at once: it is an atomic request the search honours at
+// its next step.
 
+#include <QObject>
+#include <QString>
 #include <memory>
 #include <optional>
-#include <string_view>
+#include <vector>
 
-#include "core/messages.h"
 #include "core/notation.h"
 #include "counter/counting_job.h"
-#include "solver/sinks.h"
+#include "jobs/job.h"
+#include "solver/records.h"
 #include "solver/solver_job.h"
 
-class QWidget;
+class QThread;
 
 namespace velkaro::ui {
-
-class ProgressPanel;
-class ResultPane;
 
 // What a run takes from the window's options, afresh at every Start and
 // Continue.
 struct RunOptions {
   int language = core::Notation::kEnglish;
-  int refreshInterval = solver::kDefaultRefreshInterval;
+  int refreshInterval = jobs::kDefaultRefreshInterval;
   bool stopOnFirstSolution = true;
   bool testAllSecondMoves = false;  // read again when a run goes on after a solution
 };
 
-class JobRunner : public solver::ProgressSink, public solver::ReportSink, public core::MessageSink {
+// The progress panel as a run last left it.
+struct PanelState {
+  jobs::Progress progress;
+  bool showsLine = false;    // a tick: the line under test is shown
+  bool blankCounts = false;  // a fresh start: counts and speed stay empty
+};
+
+class JobRunner : public QObject {
+  Q_OBJECT
+
  public:
   enum class Kind { Solving, Counting };
 
-  // Message boxes are shown over `dialogParent`.
-  JobRunner(ProgressPanel& panel, ResultPane& pane, QWidget& dialogParent);
+  explicit JobRunner(QObject* parent = nullptr);
+  // A run still going is stopped, and the worker waited for.
   ~JobRunner() override;
 
-  solver::RunEnd solve(solver::SolveSettings settings, const RunOptions& options);
-  solver::RunEnd count(const counter::CountSettings& settings, const RunOptions& options);
+  void solve(const solver::SolveSettings& settings, const RunOptions& options);
+  void count(const counter::CountSettings& settings, const RunOptions& options);
   // Continue: the last run goes on where it stopped or paused.
-  solver::RunEnd resume(const RunOptions& options);
-  // The running job stops at its next step.
-  void requestStop() { stopRequested_ = true; }
+  void resume(const RunOptions& options);
+  void requestStop();
   // The last run can no longer be continued (its position has been edited).
   void forgetLastRun() { continuable_.reset(); }
 
@@ -51,31 +60,33 @@ class JobRunner : public solver::ProgressSink, public solver::ReportSink, public
   // The kind of run that Continue would go on with, if any.
   std::optional<Kind> continuable() const { return continuable_; }
 
-  bool tick(const solver::Progress& progress) override;
-  void update(const solver::Progress& progress) override;
-  void barMoved(int position) override;
-  void clearItems() override;
-  void insertRootItem(solver::ItemId id, std::string_view text) override;
-  void insertChildItem(solver::ItemId parent, solver::ItemId id, std::string_view text) override;
-  void deleteItem(solver::ItemId id) override;
-  void scrollToEnd() override;
-  void beep() override;
-  void bufferAppended(std::string_view text) override;
-  void showMessage(std::string_view caption, std::string_view text) override;
+  // What the run has said since the last call, taken on the interface
+  // thread: at most `most` records, the panel's state, and the end of the run.
+  struct Mail {
+    std::vector<solver::Record> records;
+    std::optional<PanelState> panel;
+    std::optional<jobs::RunEnd> end;  // only once every record has been taken
+    QString refusal;                  // the refused set-up's message
+    bool more = false;                // records are left for the next call
+  };
+  Mail takeMail(std::size_t most);
+
+ signals:
+  // There is mail; it is said once until the mail has been taken.
+  void mailArrived();
 
  private:
-  void beginRun(const RunOptions& options);
-  solver::RunEnd endRun(Kind kind, solver::RunEnd end, const RunOptions& options);
-  void showTotals(const solver::Progress& progress);
+  class Worker;
+  class Mailbox;
 
-  ProgressPanel& panel_;
-  ResultPane& pane_;
-  QWidget& dialogParent_;
-  // Each job holds a whole ply stack: too large for the call stack.
-  std::unique_ptr<solver::SolverJob> solverJob_;
-  std::unique_ptr<counter::CountingJob> countingJob_;
+  void begin(Kind kind, const RunOptions& options);
+  void mailTaken(const Mail& mail);
+
+  std::unique_ptr<Mailbox> mailbox_;
+  std::unique_ptr<Worker> worker_;
+  QThread* thread_;
   bool running_ = false;
-  bool stopRequested_ = false;
+  Kind kind_ = Kind::Solving;
   std::optional<Kind> continuable_;
 };
 

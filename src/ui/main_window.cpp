@@ -12,7 +12,6 @@
 #include <QVBoxLayout>
 
 #include "ui/board_view.h"
-#include "ui/en_passant.h"
 #include "ui/piece_palette.h"
 #include "ui/progress_panel.h"
 #include "ui/result_pane.h"
@@ -48,6 +47,7 @@ MainWindow::MainWindow(const QString& problemFolder, QWidget* parent)
   setWindowTitle(QStringLiteral("Velkaro"));
   resize(1180, 780);
   setCentralWidget(createCentralArea());
+  connect(&document_, &ProblemDocument::setupChanged, this, &MainWindow::setupChanged);
   createRunner();
   createActions();
   createMenus();
@@ -112,7 +112,7 @@ QWidget* MainWindow::createModeArea() {
   layout->addWidget(modeCaption_);
 
   panels_ = new QStackedWidget(area);
-  solverPanel_ = new SolverPanel(panels_);
+  solverPanel_ = new SolverPanel(document_, panels_);
   panels_->addWidget(solverPanel_);
   for (const char* text : {"Problem generation is not available in this version.",
                            "Placement search is not available in this version."}) {
@@ -123,32 +123,14 @@ QWidget* MainWindow::createModeArea() {
   layout->addWidget(panels_);
   progressPanel_ = new ProgressPanel(area);
   layout->addWidget(progressPanel_);
-  resultPane_ = new ResultPane(area);
+  resultPane_ = new ResultPane(resultModel_, area);
   layout->addWidget(resultPane_, 1);
 
   connect(tabs_, &QTabBar::currentChanged, this, &MainWindow::changeMode);
-  connect(solverPanel_, &SolverPanel::sideChanged, this, &MainWindow::updateEnPassantChoices);
   connect(solverPanel_, &SolverPanel::initialPositionRequested, this, &MainWindow::setUpInitialPosition);
   connect(solverPanel_, &SolverPanel::clearRequested, this, &MainWindow::clearBoard);
   return area;
 }
-
-core::BoardSetup MainWindow::setup() const {
-  core::BoardSetup setup;
-  setup.board = board_;
-  solverPanel_->readSettings(setup);
-  return setup;
-}
-
-// The side first: the en-passant choices depend on it and on the board.
-void MainWindow::setSetup(const core::BoardSetup& setup) {
-  solverPanel_->setSideToMove(setup.sideToMove);
-  board_ = setup.board;
-  showBoard();
-  solverPanel_->showSettings(setup);
-}
-
-core::Stipulation MainWindow::stipulation() const { return solverPanel_->stipulation(); }
 
 // A click places the palette's man; a click with the man already standing
 // there, or a right click, takes it off.
@@ -157,17 +139,18 @@ void MainWindow::clickSquare(int square, Qt::MouseButton button) {
   if (button == Qt::RightButton) {
     editSquare(square, 0);
   } else if (button == Qt::LeftButton) {
-    editSquare(square, board_[static_cast<std::size_t>(square)] == selected ? 0 : selected);
+    editSquare(square, document_.board()[static_cast<std::size_t>(square)] == selected ? 0 : selected);
   }
 }
 
 // A man let go off the board leaves it.
 void MainWindow::dragMan(int from, int to) {
   if (from == to) return;
-  const int code = board_[static_cast<std::size_t>(from)];
-  board_[static_cast<std::size_t>(from)] = 0;
-  if (to >= 0) board_[static_cast<std::size_t>(to)] = code;
-  showBoard();
+  Board board = document_.board();
+  const int code = board[static_cast<std::size_t>(from)];
+  board[static_cast<std::size_t>(from)] = 0;
+  if (to >= 0) board[static_cast<std::size_t>(to)] = code;
+  document_.setBoard(board);
 }
 
 void MainWindow::dropPiece(int code, QPoint globalPosition) {
@@ -175,29 +158,26 @@ void MainWindow::dropPiece(int code, QPoint globalPosition) {
   if (square >= 0) editSquare(square, code);
 }
 
-void MainWindow::editSquare(int square, int code) {
-  board_[static_cast<std::size_t>(square)] = code;
-  showBoard();
-}
+void MainWindow::editSquare(int square, int code) { document_.setSquare(square, code); }
 
-// Everything that follows the board: its squares (only the changed ones are
-// repainted), the piece count, the en-passant choices, and the first move and
-// saved run that belonged to the board as it was.
+// The board's squares (only the changed ones are repainted) and the piece
+// count.
 void MainWindow::showBoard() {
-  boardView_->setBoard(board_);
+  boardView_->setBoard(document_.board());
   int white = 0;
   int black = 0;
-  for (int code : board_) {
+  for (int code : document_.board()) {
     white += code > 0;
     black += code < 0;
   }
   pieceCount_->setText(QStringLiteral("(%1+%2)").arg(white).arg(black));
-  updateEnPassantChoices();
-  setupEdited();
 }
 
-void MainWindow::updateEnPassantChoices() {
-  solverPanel_->setEnPassantChoices(enPassantChoices(board_, solverPanel_->sideToMove()));
+// A saved run belongs to the set-up as it was: Continue is given up.
+void MainWindow::setupChanged() {
+  showBoard();
+  runner_->forgetLastRun();
+  updateRunButtons();
 }
 
 void MainWindow::setUpInitialPosition() {
@@ -205,21 +185,20 @@ void MainWindow::setUpInitialPosition() {
   start.board = gameStart();
   start.whiteLongCastle = start.whiteShortCastle = true;
   start.blackLongCastle = start.blackShortCastle = true;
-  setSetup(start);
+  document_.setSetup(start);
 }
 
 void MainWindow::clearBoard() {
   core::BoardSetup empty;
-  empty.sideToMove = solverPanel_->sideToMove();
-  setSetup(empty);
+  empty.sideToMove = document_.setup().sideToMove;
+  document_.setSetup(empty);
 }
 
 // Side to move, castling and the chosen last move stay as they are; the
 // last move is dropped only when the new board no longer allows it.
 void MainWindow::transform(int command) {
-  board_ = transformBoard(board_, command);
-  showBoard();
-  resultPane_->clearResults();
+  document_.setBoard(transformBoard(document_.board(), command));
+  clearResults();
   progressPanel_->reset();
 }
 

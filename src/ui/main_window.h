@@ -1,7 +1,7 @@
 #pragma once
 // Velkaro's main window: the editor board with its palette, the menu and tool
 // bar, the tab strip of the four modes with their panels, the progress panel
-// and the result pane. It owns the editor state and turns commands into
+// and the result pane. It owns the problem document and turns commands into
 // changes of it and into Solver and Variants runs; the settings file is read
 // when the window is made.
 
@@ -16,9 +16,10 @@
 #include "core/position.h"
 #include "core/stipulation.h"
 #include "formats/fen.h"
-#include "solver/first_move.h"
 #include "ui/board_transform.h"
 #include "ui/job_runner.h"
+#include "ui/problem_document.h"
+#include "ui/result_model.h"
 
 class QComboBox;
 class QLabel;
@@ -45,9 +46,8 @@ class MainWindow : public QMainWindow {
   explicit MainWindow(const QString& problemFolder, QWidget* parent = nullptr);
   ~MainWindow() override;
 
-  core::BoardSetup setup() const;
-  void setSetup(const core::BoardSetup& setup);
-  core::Stipulation stipulation() const;
+  ProblemDocument& document() { return document_; }
+  const ProblemDocument& document() const { return document_; }
   // Position, side, castling, en passant and stipulation of an import.
   void takeOverImport(const formats::ImportResult& result);
   // Takes over the first line of a FEN, EPD or PGN file that holds a valid
@@ -59,11 +59,10 @@ class MainWindow : public QMainWindow {
   Mode mode() const { return mode_; }
   int language() const { return language_; }
   int refreshInterval() const { return refreshInterval_; }
-  bool stopOnFirstSolution() const;
-  bool searchMinimumMoves() const;
   // While a job runs, everything but Stop is out of reach.
   void setRunLocked(bool locked);
   bool jobRunning() const { return runner_->running(); }
+  JobRunner& runner() { return *runner_; }
 
   QAction* commandAction(int command) const;
   QComboBox* languageBox() const { return languageBox_; }
@@ -75,6 +74,12 @@ class MainWindow : public QMainWindow {
   SolverPanel* solverPanel() const { return solverPanel_; }
   ProgressPanel* progressPanel() const { return progressPanel_; }
   ResultPane* resultPane() const { return resultPane_; }
+  ResultModel& resultModel() { return resultModel_; }
+
+ signals:
+  // A run has ended (stopped, paused at a solution, finished or refused) and
+  // everything it said is shown.
+  void runEnded(jobs::RunEnd end);
 
  protected:
   // Closing during a run stops the run first; the window closes when it has.
@@ -90,7 +95,7 @@ class MainWindow : public QMainWindow {
   void dropPiece(int code, QPoint globalPosition);
   void editSquare(int square, int code);
   void showBoard();
-  void updateEnPassantChoices();
+  void setupChanged();
   void clearBoard();
   void transform(int command);
   void changeMode(int tab);
@@ -112,24 +117,28 @@ class MainWindow : public QMainWindow {
   void saveSettings();
   void showSettingChoices();
   void applyLetters();
+  void showOptions();
+  void chooseOption(int command, bool on);
 
   // Runs and the first move to test (main_window_jobs.cpp).
   void createRunner();
   std::optional<JobRunner::Kind> jobKind() const;
   void startJob();
   void continueJob();
-  void endRun();
+  void takeMail();
+  void showPanel(const PanelState& state);
+  void endRun(jobs::RunEnd end, const QString& refusal);
+  void clearResults();
   void updateRunButtons();
   RunOptions runOptions() const;
   solver::SolveSettings solveSettings() const;
   counter::CountSettings countSettings() const;
-  void setupEdited();
   void selectFirstMove();
-  void showFirstMove();
 
   QString problemFolder_;
   QString importFolder_;
-  Board board_{};
+  ProblemDocument document_;
+  ResultModel resultModel_;
   Mode mode_ = Mode::Solver;
   core::Notation notation_;
   int language_ = core::Notation::kEnglish;
@@ -152,8 +161,11 @@ class MainWindow : public QMainWindow {
   HelpBrowser* help_ = nullptr;
 
   std::unique_ptr<JobRunner> runner_;
-  std::optional<solver::FirstMove> firstMove_;  // none: all moves
+  // The writer of the run going on, in the language the run began with.
+  std::unique_ptr<solver::ReportWriter> writer_;
   bool closeAfterRun_ = false;
 };
 
 }  // namespace velkaro::ui
+
+Q_DECLARE_METATYPE(velkaro::jobs::RunEnd)

@@ -10,6 +10,7 @@
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QSet>
+#include <QSignalBlocker>
 #include <QToolBar>
 #include <filesystem>
 
@@ -107,12 +108,17 @@ void MainWindow::createFileCommands() {
   connect(actions_[Exit], &QAction::triggered, this, &QWidget::close);
 }
 
-// "Stop on first solution" is on at start-up, "Search minimum moves" off.
+// The two options live in the problem document; "Stop on first solution" is
+// on at start-up, "Search minimum moves" off.
 void MainWindow::createOptionCommands() {
-  addCommand(SearchMinimumMoves, QStringLiteral("Search minimum moves"))->setCheckable(true);
-  QAction* stopFirst = addCommand(StopOnFirstSolution, QStringLiteral("Stop on first solution"));
-  stopFirst->setCheckable(true);
-  stopFirst->setChecked(true);
+  for (const auto& [command, text] : {std::pair{SearchMinimumMoves, "Search minimum moves"},
+                                      std::pair{StopOnFirstSolution, "Stop on first solution"}}) {
+    QAction* option = addCommand(command, QString::fromLatin1(text));
+    option->setCheckable(true);
+    connect(option, &QAction::toggled, this, [this, command = command](bool on) { chooseOption(command, on); });
+  }
+  connect(&document_, &ProblemDocument::optionsChanged, this, &MainWindow::showOptions);
+  showOptions();
   for (int language = 1; language <= core::Notation::kLanguageCount; ++language) {
     QAction* action = addCommand(commandOfLanguage(language), QString::fromLatin1(core::Notation::languageName(language)));
     action->setCheckable(true);
@@ -171,9 +177,18 @@ void MainWindow::createToolBar() {
   connect(intervalBox_, &QComboBox::activated, this, &MainWindow::chooseInterval);
 }
 
-bool MainWindow::stopOnFirstSolution() const { return actions_.at(StopOnFirstSolution)->isChecked(); }
+void MainWindow::chooseOption(int command, bool on) {
+  SolverOptions options = document_.options();
+  (command == StopOnFirstSolution ? options.stopOnFirstSolution : options.minimumMoves) = on;
+  document_.setOptions(options);
+}
 
-bool MainWindow::searchMinimumMoves() const { return actions_.at(SearchMinimumMoves)->isChecked(); }
+void MainWindow::showOptions() {
+  const QSignalBlocker stopFirst(actions_.at(StopOnFirstSolution));
+  const QSignalBlocker minimum(actions_.at(SearchMinimumMoves));
+  actions_.at(StopOnFirstSolution)->setChecked(document_.options().stopOnFirstSolution);
+  actions_.at(SearchMinimumMoves)->setChecked(document_.options().minimumMoves);
+}
 
 // Locking remembers which commands were available, and unlocking gives
 // exactly those back.
@@ -214,8 +229,8 @@ void MainWindow::importFen() {
 
 // A stipulation without a number of moves leaves the number as it is.
 void MainWindow::takeOverImport(const formats::ImportResult& result) {
-  setSetup(formats::setupFromImport(result));
-  solverPanel_->setStipulation({result.helpmate != 0, result.selfmate != 0, result.moves});
+  document_.setSetup(formats::setupFromImport(result));
+  document_.setStipulation({result.helpmate != 0, result.selfmate != 0, result.moves});
 }
 
 bool MainWindow::openFirstPosition(const QString& path) {
@@ -289,7 +304,7 @@ void MainWindow::showSettingChoices() {
 void MainWindow::applyLetters() {
   notation_.setLanguage(language_);
   palette_->setLetters(notation_.letters());
-  showFirstMove();
+  solverPanel_->setNotation(notation_);
 }
 
 }  // namespace velkaro::ui

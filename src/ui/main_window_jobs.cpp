@@ -1,11 +1,13 @@
 // Start, Continue and Stop on the "Solver" and "Variants" tabs, the first
-// move to test, and closing the window while a run goes on. A run locks the
-// window for as long as the job has control; Stop reaches the job through the
-// input that each progress tick lets through.
+// move to test, and closing the window while a run goes on. A run goes on a
+// worker thread while the window stays locked; what it says arrives as mail
+// that is shown in batches, and Stop reaches the job at once.
 
+#include <QApplication>
 #include <QCloseEvent>
+#include <QMessageBox>
 
-#include "counter/first_moves.h"
+#include "jobs/progress_text.h"
 #include "ui/main_window.h"
 #include "ui/progress_panel.h"
 #include "ui/result_pane.h"
@@ -14,13 +16,21 @@
 
 namespace velkaro::ui {
 
+namespace {
+
+// Records shown per turn of the event loop: enough to keep up with any run,
+// few enough that the window repaints and takes Stop in between.
+constexpr std::size_t kRecordsPerTurn = 20'000;
+
+}  // namespace
+
 void MainWindow::createRunner() {
-  runner_ = std::make_unique<JobRunner>(*progressPanel_, *resultPane_, *this);
+  runner_ = std::make_unique<JobRunner>();
+  connect(runner_.get(), &JobRunner::mailArrived, this, &MainWindow::takeMail, Qt::QueuedConnection);
   connect(progressPanel_, &ProgressPanel::startPressed, this, &MainWindow::startJob);
   connect(progressPanel_, &ProgressPanel::continuePressed, this, &MainWindow::continueJob);
   connect(progressPanel_, &ProgressPanel::stopPressed, this, [this] { runner_->requestStop(); });
   connect(solverPanel_, &SolverPanel::selectMoveRequested, this, &MainWindow::selectFirstMove);
-  connect(solverPanel_, &SolverPanel::settingsEdited, this, &MainWindow::setupEdited);
 }
 
 // Creator and Positions run no jobs in this version.
@@ -33,28 +43,78 @@ std::optional<JobRunner::Kind> MainWindow::jobKind() const {
 void MainWindow::startJob() {
   const std::optional<JobRunner::Kind> kind = jobKind();
   if (runner_->running() || !kind) return;
+  const RunOptions options = runOptions();
+  clearResults();
+  writer_ = std::make_unique<solver::ReportWriter>(resultModel_, options.language);
   setRunLocked(true);
   if (*kind == JobRunner::Kind::Counting) {
-    runner_->count(countSettings(), runOptions());
+    runner_->count(countSettings(), options);
   } else {
-    runner_->solve(solveSettings(), runOptions());
+    runner_->solve(solveSettings(), options);
   }
-  endRun();
 }
 
 void MainWindow::continueJob() {
   if (runner_->running() || !jobKind() || runner_->continuable() != jobKind()) return;
+  const RunOptions options = runOptions();
+  writer_ = std::make_unique<solver::ReportWriter>(resultModel_, options.language);
   setRunLocked(true);
-  runner_->resume(runOptions());
-  endRun();
+  runner_->resume(options);
 }
 
-void MainWindow::endRun() {
+// One batch of what the run said: its records into the tree and the
+// document, the panel's latest state, and at the end the run's end. A batch
+// left over is taken on the next turn of the event loop.
+void MainWindow::takeMail() {
+  JobRunner::Mail mail = runner_->takeMail(kRecordsPerTurn);
+  if (!mail.records.empty() && writer_) {
+    std::vector<solver::Record> kept;
+    kept.reserve(mail.records.size());
+    for (solver::Record& record : mail.records) {
+      writer_->record(record);
+      if (!std::holds_alternative<solver::Searching>(record)) kept.push_back(std::move(record));
+    }
+    const ResultModel::Batch batch = resultModel_.showBatch();
+    document_.addSolution(kept, batch.text);
+    if (batch.resultShown) resultPane_->scrollToBottom();
+    if (batch.beep) QApplication::beep();
+  }
+  if (mail.panel) showPanel(*mail.panel);
+  if (mail.more) QMetaObject::invokeMethod(this, &MainWindow::takeMail, Qt::QueuedConnection);
+  if (mail.end) endRun(*mail.end, mail.refusal);
+}
+
+void MainWindow::showPanel(const PanelState& state) {
+  const jobs::Progress& progress = state.progress;
+  progressPanel_->setClockText(jobs::clockText(progress.elapsedMs));
+  progressPanel_->setTestedMovesText(state.blankCounts ? "" : jobs::testedMovesText(progress.tested));
+  progressPanel_->setSpeedText(state.blankCounts ? "" : jobs::speedText(progress.tested, progress.elapsedMs));
+  progressPanel_->setBar(progress.bar);
+  if (state.showsLine && progress.lineDepth > 0) {
+    progressPanel_->setLineDisplay(jobs::lineText(progress, notation_));
+  } else {
+    progressPanel_->clearLineDisplay();
+  }
+}
+
+// A refused set-up is told in a message box of its own, owned by no window.
+void MainWindow::endRun(jobs::RunEnd end, const QString& refusal) {
   setRunLocked(false);
+  if (end == jobs::RunEnd::Refused && !refusal.isEmpty()) {
+    auto* box = new QMessageBox(QMessageBox::Warning, QStringLiteral("Velkaro"), refusal, QMessageBox::Ok);
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->open();
+  }
+  emit runEnded(end);
   if (closeAfterRun_) {
     closeAfterRun_ = false;
     close();
   }
+}
+
+void MainWindow::clearResults() {
+  resultModel_.clear();
+  document_.clearSolution();
 }
 
 // Continue belongs to the tab whose run it would go on with.
@@ -65,64 +125,49 @@ void MainWindow::updateRunButtons() {
 }
 
 RunOptions MainWindow::runOptions() const {
-  return {language_, refreshInterval_, stopOnFirstSolution(),
-          solverPanel_->testsAllSecondMoves() && !stipulation().helpmate};
+  const SolverOptions& options = document_.options();
+  return {language_, refreshInterval_, options.stopOnFirstSolution,
+          options.testAllSecondMoves && !document_.stipulation().helpmate};
 }
 
 solver::SolveSettings MainWindow::solveSettings() const {
   solver::SolveSettings settings;
-  settings.setup = setup();
-  settings.stipulation = stipulation();
-  settings.minimumMoves = searchMinimumMoves();
-  settings.testAllSecondMoves = solverPanel_->testsAllSecondMoves() && !settings.stipulation.helpmate;
-  settings.firstMove = firstMove_;
+  settings.setup = document_.setup();
+  settings.stipulation = document_.stipulation();
+  settings.minimumMoves = document_.options().minimumMoves;
+  settings.testAllSecondMoves = document_.options().testAllSecondMoves && !settings.stipulation.helpmate;
+  settings.firstMove = document_.firstMove();
   return settings;
 }
 
 // The "Mate in" number counts single moves here.
 counter::CountSettings MainWindow::countSettings() const {
   counter::CountSettings settings;
-  settings.setup = setup();
-  settings.depth = stipulation().moves;
-  settings.firstMove = firstMove_;
+  settings.setup = document_.setup();
+  settings.depth = document_.stipulation().moves;
+  settings.firstMove = document_.firstMove();
   return settings;
 }
 
-// A chosen first move may not exist in the new set-up, and a saved run
-// belongs to the old one: both are given up.
-void MainWindow::setupEdited() {
-  firstMove_.reset();
-  showFirstMove();
-  runner_->forgetLastRun();
-  updateRunButtons();
-}
-
-// OK with the first row, or with none, means all moves; Cancel keeps the
-// choice as it was.
+// The first row ("Wszystkie") and OK with no row mean all moves; Cancel keeps
+// the choice as it was.
 void MainWindow::selectFirstMove() {
-  const std::vector<solver::FirstMove> moves = counter::firstMoveList(setup());
+  const std::vector<core::FirstMove> moves = core::firstMoveList(document_.setup());
+  std::vector<std::string> rows{"Wszystkie"};
   int currentRow = 0;
-  for (std::size_t index = 0; firstMove_ && index < moves.size(); ++index) {
-    const solver::FirstMove& move = moves[index];
-    if (move.fromSquare == firstMove_->fromSquare && move.toSquare == firstMove_->toSquare &&
-        move.moveKind == firstMove_->moveKind) {
-      currentRow = static_cast<int>(index) + 1;
-    }
+  for (const core::FirstMove& move : moves) {
+    if (document_.firstMove() && move.sameMove(*document_.firstMove())) currentRow = static_cast<int>(rows.size());
+    rows.push_back(notation_.MoveText(move.record()));
   }
-  auto* dialog = new SelectMoveDialog(counter::selectMoveRows(moves, notation_), currentRow, this);
+  auto* dialog = new SelectMoveDialog(rows, currentRow, this);
   dialog->setAttribute(Qt::WA_DeleteOnClose);
   connect(dialog, &QDialog::accepted, this, [this, dialog, moves] {
     const int row = dialog->chosenRow();
-    firstMove_.reset();
-    if (row >= 1 && row <= static_cast<int>(moves.size())) firstMove_ = moves[static_cast<std::size_t>(row) - 1];
-    showFirstMove();
+    std::optional<core::FirstMove> chosen;
+    if (row >= 1 && row <= static_cast<int>(moves.size())) chosen = moves[static_cast<std::size_t>(row) - 1];
+    document_.setFirstMove(chosen);
   });
   dialog->open();
-}
-
-void MainWindow::showFirstMove() {
-  solverPanel_->setFirstMoveText(firstMove_ ? QString::fromStdString(counter::firstMoveText(*firstMove_, notation_))
-                                            : QStringLiteral("All moves"));
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {

@@ -1,5 +1,6 @@
-// The panel's controls are the editor state beside the board: the main window
-// reads them when it needs a set-up and writes them when a position comes in.
+// The panel's controls show the problem document; a user's change goes into
+// the document, and the document's signals bring every control up to date,
+// so the panel never holds state of its own.
 
 #include "ui/solver_panel.h"
 
@@ -15,17 +16,13 @@
 #include <QSpinBox>
 #include <QVBoxLayout>
 
+#include "solver/solver_job.h"
 #include "ui/en_passant.h"
+#include "ui/problem_document.h"
 
 namespace velkaro::ui {
-namespace {
 
-// Frame 0 and one frame beyond the last ply leave room for a helpmate in 30.
-constexpr int kMostMoves = 30;
-
-}  // namespace
-
-SolverPanel::SolverPanel(QWidget* parent) : QWidget(parent) {
+SolverPanel::SolverPanel(ProblemDocument& document, QWidget* parent) : QWidget(parent), document_(document) {
   auto* layout = new QGridLayout(this);
   layout->addWidget(createStipulationBox(), 0, 0);
   layout->addWidget(createSideBox(), 0, 1);
@@ -35,7 +32,21 @@ SolverPanel::SolverPanel(QWidget* parent) : QWidget(parent) {
   layout->addWidget(allSecondMoves_, 2, 0, 1, 2);
   layout->addWidget(createFirstMoveRow(), 3, 0, 1, 2);
   layout->setRowStretch(4, 1);
-  updateEnabledStates();
+  connect(allSecondMoves_, &QCheckBox::toggled, this, [this](bool on) {
+    SolverOptions options = document_.options();
+    options.testAllSecondMoves = on;
+    document_.setOptions(options);
+  });
+  connect(&document_, &ProblemDocument::setupChanged, this, &SolverPanel::showSetup);
+  connect(&document_, &ProblemDocument::stipulationChanged, this, &SolverPanel::showStipulation);
+  connect(&document_, &ProblemDocument::firstMoveChanged, this, &SolverPanel::showFirstMove);
+  connect(&document_, &ProblemDocument::optionsChanged, this, [this] {
+    const QSignalBlocker blocker(allSecondMoves_);
+    allSecondMoves_->setChecked(document_.options().testAllSecondMoves);
+  });
+  showSetup();
+  showStipulation();
+  showFirstMove();
 }
 
 QWidget* SolverPanel::createStipulationBox() {
@@ -45,13 +56,14 @@ QWidget* SolverPanel::createStipulationBox() {
   for (int kind = 0; kind < 3; ++kind) {
     kinds_[static_cast<std::size_t>(kind)] = new QRadioButton(QString::fromLatin1(labels[kind]), box);
     layout->addWidget(kinds_[static_cast<std::size_t>(kind)], kind, 0);
+    connect(kinds_[static_cast<std::size_t>(kind)], &QRadioButton::toggled, this, [this](bool checked) {
+      if (checked) chooseStipulation();
+    });
   }
-  kinds_[0]->setChecked(true);
-  connect(kinds_[2], &QRadioButton::toggled, this, &SolverPanel::updateEnabledStates);
   moves_ = new QSpinBox(box);
-  moves_->setRange(1, kMostMoves);
-  moves_->setValue(2);
+  moves_->setRange(1, solver::kMaxMoves);
   layout->addWidget(moves_, 0, 1, 3, 1, Qt::AlignVCenter);
+  connect(moves_, &QSpinBox::valueChanged, this, &SolverPanel::chooseStipulation);
   return box;
 }
 
@@ -60,13 +72,11 @@ QWidget* SolverPanel::createSideBox() {
   auto* layout = new QVBoxLayout(box);
   white_ = new QRadioButton(QStringLiteral("White"), box);
   black_ = new QRadioButton(QStringLiteral("Black"), box);
-  white_->setChecked(true);
   layout->addWidget(white_);
   layout->addWidget(black_);
   layout->addStretch();
   connect(white_, &QRadioButton::toggled, this,
-          [this](bool isWhite) { emit sideChanged(isWhite ? core::White : core::Black); });
-  connect(white_, &QRadioButton::toggled, this, &SolverPanel::settingsEdited);
+          [this](bool isWhite) { document_.setSideToMove(isWhite ? core::White : core::Black); });
   return box;
 }
 
@@ -77,7 +87,8 @@ QWidget* SolverPanel::createCastlingBox() {
   for (int index = 0; index < 4; ++index) {
     castling_[static_cast<std::size_t>(index)] = new QCheckBox(QString::fromLatin1(labels[index]), box);
     layout->addWidget(castling_[static_cast<std::size_t>(index)], index % 2, index / 2);
-    connect(castling_[static_cast<std::size_t>(index)], &QCheckBox::toggled, this, &SolverPanel::settingsEdited);
+    connect(castling_[static_cast<std::size_t>(index)], &QCheckBox::toggled, this,
+            [this, index](bool allowed) { document_.setCastling(index, allowed); });
   }
   return box;
 }
@@ -96,7 +107,6 @@ QWidget* SolverPanel::createEnPassantBox() {
     choice->hide();
     layout->addWidget(choice, index % 3, index / 3);
     connect(choice, &QRadioButton::toggled, this, [this, index](bool checked) { chooseEnPassant(index, checked); });
-    connect(choice, &QRadioButton::toggled, this, &SolverPanel::settingsEdited);
     enPassant_[static_cast<std::size_t>(index)] = choice;
   }
   return box;
@@ -125,83 +135,65 @@ QWidget* SolverPanel::createFirstMoveRow() {
   return row;
 }
 
-core::Stipulation SolverPanel::stipulation() const {
-  return {kinds_[2]->isChecked(), kinds_[1]->isChecked(), moves_->value()};
+void SolverPanel::chooseStipulation() {
+  document_.setStipulation({kinds_[2]->isChecked(), kinds_[1]->isChecked(), moves_->value()});
 }
 
-void SolverPanel::setStipulation(const core::Stipulation& stipulation) {
-  kinds_[stipulation.helpmate ? 2 : stipulation.selfmate ? 1 : 0]->setChecked(true);
-  if (stipulation.moves > 0) moves_->setValue(stipulation.moves);
+// One choice at most: choosing one takes back the others; clicking the chosen
+// one again takes it back.
+void SolverPanel::chooseEnPassant(int index, bool checked) {
+  const std::vector<int>& squares = document_.enPassantChoices();
+  if (index >= static_cast<int>(squares.size())) return;
+  document_.setLastMoveSquare(checked ? squares[static_cast<std::size_t>(index)] : 0);
 }
 
-int SolverPanel::sideToMove() const { return white_->isChecked() ? core::White : core::Black; }
-
-void SolverPanel::setSideToMove(int side) { (side == core::Black ? black_ : white_)->setChecked(true); }
-
-QRadioButton* SolverPanel::sideButton(int side) const { return side == core::Black ? black_ : white_; }
-
-void SolverPanel::readSettings(core::BoardSetup& setup) const {
-  setup.sideToMove = sideToMove();
-  setup.whiteLongCastle = castling_[0]->isChecked();
-  setup.whiteShortCastle = castling_[1]->isChecked();
-  setup.blackLongCastle = castling_[2]->isChecked();
-  setup.blackShortCastle = castling_[3]->isChecked();
-  setup.lastMoveSquare = lastMoveSquare();
-}
-
-void SolverPanel::showSettings(const core::BoardSetup& setup) {
-  setSideToMove(setup.sideToMove);
-  castling_[0]->setChecked(setup.whiteLongCastle);
-  castling_[1]->setChecked(setup.whiteShortCastle);
-  castling_[2]->setChecked(setup.blackLongCastle);
-  castling_[3]->setChecked(setup.blackShortCastle);
-  setLastMoveSquare(setup.lastMoveSquare);
-}
-
-void SolverPanel::setEnPassantChoices(const std::vector<int>& pawnSquares) {
-  const int chosen = lastMoveSquare();
-  enPassantSquares_.assign(pawnSquares.begin(),
-                           pawnSquares.begin() + qMin<std::ptrdiff_t>(pawnSquares.size(), kMaxEnPassantChoices));
-  for (int index = 0; index < kMaxEnPassantChoices; ++index) {
-    QRadioButton* choice = enPassant_[static_cast<std::size_t>(index)];
-    const bool offered = index < static_cast<int>(enPassantSquares_.size());
+void SolverPanel::showSetup() {
+  const core::BoardSetup& setup = document_.setup();
+  {
+    const QSignalBlocker whiteBlocker(white_);
+    const QSignalBlocker blackBlocker(black_);
+    (setup.sideToMove == core::Black ? black_ : white_)->setChecked(true);
+  }
+  const bool rights[4] = {setup.whiteLongCastle, setup.whiteShortCastle, setup.blackLongCastle,
+                          setup.blackShortCastle};
+  for (std::size_t index = 0; index < 4; ++index) {
+    const QSignalBlocker blocker(castling_[index]);
+    castling_[index]->setChecked(rights[index]);
+  }
+  const std::vector<int>& squares = document_.enPassantChoices();
+  for (std::size_t index = 0; index < enPassant_.size(); ++index) {
+    QRadioButton* choice = enPassant_[index];
+    const bool offered = index < squares.size();
     const QSignalBlocker blocker(choice);
-    choice->setChecked(offered && enPassantSquares_[static_cast<std::size_t>(index)] == chosen);
-    if (offered) {
-      choice->setText(QString::fromStdString(doubleStepText(enPassantSquares_[static_cast<std::size_t>(index)])));
-    }
+    choice->setChecked(offered && squares[index] == setup.lastMoveSquare);
+    if (offered) choice->setText(QString::fromStdString(doubleStepText(squares[index])));
     choice->setVisible(offered);
   }
 }
 
-int SolverPanel::lastMoveSquare() const {
-  for (std::size_t index = 0; index < enPassantSquares_.size(); ++index) {
-    if (enPassant_[index]->isChecked()) return enPassantSquares_[index];
-  }
-  return 0;
+void SolverPanel::showStipulation() {
+  const core::Stipulation& stipulation = document_.stipulation();
+  for (QRadioButton* kind : kinds_) kind->blockSignals(true);
+  kinds_[stipulation.helpmate ? 2 : stipulation.selfmate ? 1 : 0]->setChecked(true);
+  for (QRadioButton* kind : kinds_) kind->blockSignals(false);
+  const QSignalBlocker blocker(moves_);
+  moves_->setValue(stipulation.moves);
+  updateEnabledStates();
 }
 
-void SolverPanel::setLastMoveSquare(int square) {
-  for (std::size_t index = 0; index < enPassant_.size(); ++index) {
-    const QSignalBlocker blocker(enPassant_[index]);
-    enPassant_[index]->setChecked(index < enPassantSquares_.size() && enPassantSquares_[index] == square);
-  }
+void SolverPanel::setNotation(const core::Notation& notation) {
+  notation_ = notation;
+  showFirstMove();
 }
 
-void SolverPanel::chooseEnPassant(int index, bool checked) {
-  if (!checked) return;
-  for (int other = 0; other < kMaxEnPassantChoices; ++other) {
-    if (other == index) continue;
-    const QSignalBlocker blocker(enPassant_[static_cast<std::size_t>(other)]);
-    enPassant_[static_cast<std::size_t>(other)]->setChecked(false);
-  }
+void SolverPanel::showFirstMove() {
+  const std::optional<core::FirstMove>& move = document_.firstMove();
+  firstMove_->setText(move ? QString::fromStdString(notation_.MoveText(move->record())) : QStringLiteral("All moves"));
 }
+
+QRadioButton* SolverPanel::sideButton(int side) const { return side == core::Black ? black_ : white_; }
 
 QAbstractButton* SolverPanel::enPassantButton(int index) const { return enPassant_[static_cast<std::size_t>(index)]; }
-
-bool SolverPanel::testsAllSecondMoves() const { return allSecondMoves_->isChecked(); }
-
-void SolverPanel::setFirstMoveText(const QString& text) { firstMove_->setText(text); }
 
 void SolverPanel::setCountingMode(bool counting) {
   counting_ = counting;
@@ -220,7 +212,7 @@ void SolverPanel::updateEnabledStates() {
   black_->setEnabled(!locked_);
   for (QCheckBox* right : castling_) right->setEnabled(!locked_);
   for (QRadioButton* choice : enPassant_) choice->setEnabled(!locked_);
-  allSecondMoves_->setEnabled(!locked_ && !counting_ && !kinds_[2]->isChecked());
+  allSecondMoves_->setEnabled(!locked_ && !counting_ && !document_.stipulation().helpmate);
   selectMove_->setEnabled(!locked_);
   initialPosition_->setEnabled(!locked_);
   clear_->setEnabled(!locked_);

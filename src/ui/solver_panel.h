@@ -2,14 +2,13 @@
 // The panel under the "Solver" and "Variants" tabs: the stipulation and its
 // number of moves, the side to move, the four castling settings, the
 // en-passant last move, "Testing all second moves", the first move to test,
-// and the "Initial position" and "Clear" buttons.
+// and the "Initial position" and "Clear" buttons. It shows the problem
+// document and writes what the user changes into it.
 
 #include <QWidget>
 #include <array>
-#include <vector>
 
-#include "core/position.h"
-#include "core/stipulation.h"
+#include "core/notation.h"
 
 class QAbstractButton;
 class QCheckBox;
@@ -21,37 +20,18 @@ class QSpinBox;
 
 namespace velkaro::ui {
 
+class ProblemDocument;
+
 class SolverPanel : public QWidget {
   Q_OBJECT
 
  public:
   static constexpr int kMaxEnPassantChoices = 5;
 
-  explicit SolverPanel(QWidget* parent = nullptr);
+  SolverPanel(ProblemDocument& document, QWidget* parent = nullptr);
 
-  core::Stipulation stipulation() const;
-  // A number of moves of 0 leaves the number field as it is.
-  void setStipulation(const core::Stipulation& stipulation);
-
-  int sideToMove() const;
-  void setSideToMove(int side);
-
-  // Castling settings and last move into `setup`, and back.
-  void readSettings(core::BoardSetup& setup) const;
-  void showSettings(const core::BoardSetup& setup);
-
-  // Offers the double steps of the pawns on `pawnSquares`; the one chosen so
-  // far stays chosen when it is offered again.
-  void setEnPassantChoices(const std::vector<int>& pawnSquares);
-  // The chosen pawn's square, 0 for none.
-  int lastMoveSquare() const;
-  void setLastMoveSquare(int square);
-
-  bool testsAllSecondMoves() const;
-
-  // "All moves" or the chosen first move's text.
-  void setFirstMoveText(const QString& text);
-
+  // The first move to test is written in this notation.
+  void setNotation(const core::Notation& notation);
   // In counting mode the number is a count of single moves and the
   // stipulation and second-move settings have no say.
   void setCountingMode(bool counting);
@@ -64,12 +44,12 @@ class SolverPanel : public QWidget {
   QLineEdit* firstMoveField() const { return firstMove_; }
   QSpinBox* movesField() const { return moves_; }
   QRadioButton* sideButton(int side) const;
+  QRadioButton* kindButton(int kind) const { return kinds_[static_cast<std::size_t>(kind)]; }
+  QCheckBox* castlingBox(int index) const { return castling_[static_cast<std::size_t>(index)]; }
+  QCheckBox* allSecondMovesBox() const { return allSecondMoves_; }
   QAbstractButton* enPassantButton(int index) const;
 
  signals:
-  void sideChanged(int side);
-  // The side, a castling setting or the chosen last move has changed.
-  void settingsEdited();
   void selectMoveRequested();
   void initialPositionRequested();
   void clearRequested();
@@ -81,7 +61,14 @@ class SolverPanel : public QWidget {
   QWidget* createEnPassantBox();
   QWidget* createFirstMoveRow();
   void chooseEnPassant(int index, bool checked);
+  void chooseStipulation();
+  void showSetup();
+  void showStipulation();
+  void showFirstMove();
   void updateEnabledStates();
+
+  ProblemDocument& document_;
+  core::Notation notation_;
 
   std::array<QRadioButton*, 3> kinds_{};  // mate, selfmate, helpmate
   QSpinBox* moves_ = nullptr;
@@ -89,7 +76,6 @@ class SolverPanel : public QWidget {
   QRadioButton* black_ = nullptr;
   std::array<QCheckBox*, 4> castling_{};  // White long, White short, Black long, Black short
   std::array<QRadioButton*, kMaxEnPassantChoices> enPassant_{};
-  std::vector<int> enPassantSquares_;
   QCheckBox* allSecondMoves_ = nullptr;
   QPushButton* selectMove_ = nullptr;
   QLineEdit* firstMove_ = nullptr;
