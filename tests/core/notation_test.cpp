@@ -130,7 +130,8 @@ TEST(Notation, FrameAndLastMoveTexts) {
   Notation notation;
   notation.setLanguage(7);
   EXPECT_EQ(notation.MoveText(*stack, 5), " g2 - h1D");
-  EXPECT_EQ(notation.LastMoveText(Knight, sq("h1"), sq("g3"), Knight, Knight), "Ch1 - g3 ");
+  const MoveRecord knight{Knight, static_cast<std::int8_t>(sq("h1")), static_cast<std::int8_t>(sq("g3")), Knight, Knight};
+  EXPECT_EQ(notation.LastMoveText(knight), "Ch1 - g3 ");
 }
 
 TEST(Notation, GroupDigitsByThrees) {
@@ -150,23 +151,21 @@ TEST(Notation, GroupDigitsByThrees) {
   for (auto [digits, expected] : cases) EXPECT_EQ(GroupDigits(digits), expected) << digits;
 }
 
-// 1. e4 e5 2. Nf3 Nc6 3. Bb5 a6 4. 0-0 Nf6, one move per frame from ply 1.
-std::unique_ptr<PlyStack> ruyLopez() {
+// 1. e4 e5 2. Nf3 Nc6 3. Bb5 a6 4. 0-0 Nf6.
+ShownLine ruyLopez() {
   struct Played { int piece; const char* from; const char* to; int moveKind; };
   const Played line[] = {{Pawn, "e2", "e4", Pawn},     {-Pawn, "e7", "e5", -Pawn},
                          {Knight, "g1", "f3", Knight}, {-Knight, "b8", "c6", -Knight},
                          {Bishop, "f1", "b5", Bishop}, {-Pawn, "a7", "a6", -Pawn},
                          {King, "e1", "g1", kind::WhiteShortCastle}, {-Knight, "g8", "f6", -Knight}};
-  auto stack = std::make_unique<PlyStack>();
-  int ply = 1;
-  for (const Played& move : line) {
-    PlyFrame& frame = (*stack)[ply++];
-    frame.movedPiece = frame.placedPiece = move.piece;
-    frame.fromSquare = sq(move.from);
-    frame.toSquare = sq(move.to);
-    frame.moveKind = move.moveKind;
+  ShownLine shown{};
+  for (std::size_t index = 0; index < shown.size(); ++index) {
+    const Played& move = line[index];
+    shown[index] = {static_cast<std::int8_t>(move.piece), static_cast<std::int8_t>(sq(move.from)),
+                    static_cast<std::int8_t>(sq(move.to)), static_cast<std::int8_t>(move.piece),
+                    static_cast<std::int8_t>(move.moveKind)};
   }
-  return stack;
+  return shown;
 }
 
 TEST(Notation, CurrentLineShowsAsManyMovePairsAsDepthAndPlyAllow) {
@@ -181,11 +180,11 @@ TEST(Notation, CurrentLineShowsAsManyMovePairsAsDepthAndPlyAllow) {
       {9, 6, {pair1, pair2}, {"", ""}},     {8, 8, {pair1, pair2}, {"", ""}},
       {9, 7, {pair1, pair2}, {pair3, pair4}}, {12, 9, {pair1, pair2}, {pair3, pair4}},
   };
-  const auto stack = ruyLopez();
+  const ShownLine line = ruyLopez();
   Notation notation;
   for (const LineCase& c : cases) {
     SCOPED_TRACE(testing::Message() << "depth " << c.depth << " ply " << c.ply);
-    const CurrentLineText shown = notation.ShowCurrentLine(*stack, c.depth, c.ply);
+    const CurrentLineText shown = notation.ShowCurrentLine(line, c.depth, c.ply);
     EXPECT_EQ(shown.firstBox[0], c.firstBox[0]);
     EXPECT_EQ(shown.firstBox[1], c.firstBox[1]);
     EXPECT_EQ(shown.secondBox[0], c.secondBox[0]);

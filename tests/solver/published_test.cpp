@@ -1,28 +1,23 @@
 // Every problem of tests/data/problems.txt solved completely: the keys found
 // (for helpmates the solutions' first moves) are exactly the published ones.
+// The published moves are named in short algebraic form and matched against
+// the legal first moves, so no result text is read.
 
 #include <gtest/gtest.h>
 
-#include <fstream>
+#include <memory>
 #include <set>
 #include <sstream>
 #include <string>
 #include <vector>
 
-#include "core/notation.h"
-#include "counter/first_moves.h"
-#include "solver_fixture.h"
+#include "core/first_moves.h"
+#include "published_problems.h"
+#include "solver/key_finder.h"
+#include "solver/solver_job.h"
 
 namespace velkaro::solver {
 namespace {
-
-struct Entry {
-  std::string id;
-  std::string stipulation;
-  std::string fen;
-  std::string lastMove;
-  std::string solution;
-};
 
 std::string trim(const std::string& text) {
   const auto first = text.find_first_not_of(' ');
@@ -30,25 +25,12 @@ std::string trim(const std::string& text) {
   return first == std::string::npos ? "" : text.substr(first, last - first + 1);
 }
 
-std::vector<Entry> readEntries() {
-  std::vector<Entry> entries;
-  std::ifstream file(VELKARO_TEST_DATA_DIR "/problems.txt");
-  for (std::string line; std::getline(file, line);) {
-    if (line.empty() || line[0] == '#') continue;
-    std::vector<std::string> fields;
-    std::stringstream stream(line);
-    for (std::string field; std::getline(stream, field, '|');) fields.push_back(trim(field));
-    if (fields.size() == 6) entries.push_back({fields[0], fields[1], fields[2], fields[3], fields[5]});
-  }
-  return entries;
-}
-
 // The published first moves: "key Ke8; ..." or "keys Rf4+, Qb1+; ..."; for a
 // helpmate the first move of each of its "N solutions: 1.X Y 2. ...; 1.Z ...".
-std::multiset<std::string> publishedFirstMoves(const Entry& entry) {
+std::multiset<std::string> publishedFirstMoves(const published::Problem& problem) {
   std::multiset<std::string> moves;
-  const std::string& text = entry.solution;
-  if (entry.stipulation[0] == 'H') {
+  const std::string& text = problem.solution;
+  if (problem.stipulation().helpmate) {
     for (std::size_t at = text.find("1."); at != std::string::npos; at = text.find("; 1.", at + 1)) {
       const std::size_t start = text.find('.', at) + 1;
       moves.insert(text.substr(start, text.find(' ', start) - start));
@@ -61,51 +43,84 @@ std::multiset<std::string> publishedFirstMoves(const Entry& entry) {
   return moves;
 }
 
-// Our first moves: the key line after each "Solution No", or a helpmate
-// solution's first move, as move texts.
-std::multiset<std::string> foundFirstMoves(const std::string& text) {
-  std::multiset<std::string> moves;
-  std::stringstream lines(text);
-  bool next = false;
-  for (std::string line; std::getline(lines, line);) {
-    if (next) {
-      const std::string move = line.substr(3);
-      moves.insert(move.rfind("0 - 0 - 0", 0) == 0 ? "0 - 0 - 0" : move.rfind("0 - 0", 0) == 0 ? "0 - 0" : move.substr(0, 9));
-    }
-    next = line.find("Solution No") != std::string::npos;
+// The first move of each key or helpmate line a run emits.
+class FirstMoves : public jobs::ProgressSink, public RecordSink, public core::MessageSink {
+ public:
+  void record(const Record& record) override {
+    if (const Key* key = std::get_if<Key>(&record)) moves.insert(key->move);
+    if (const HelpLine* line = std::get_if<HelpLine>(&record)) moves.insert(line->moves.front());
   }
-  return moves;
-}
+  void showMessage(std::string_view, std::string_view) override { ADD_FAILURE() << "refused"; }
+
+  struct Less {
+    bool operator()(const core::MoveRecord& a, const core::MoveRecord& b) const {
+      return std::tie(a.fromSquare, a.toSquare, a.moveKind) < std::tie(b.fromSquare, b.toSquare, b.moveKind);
+    }
+  };
+  std::multiset<core::MoveRecord, Less> moves;
+};
 
 // Deep problems take long without optimisation; the sanitizer build leaves them out.
-bool withinBudget(const Entry& entry) {
+bool withinBudget(const published::Problem& problem) {
 #ifdef NDEBUG
   return true;
 #else
-  return entry.stipulation.back() <= '3';
+  return problem.stipulation().moves <= 3;
 #endif
 }
 
 TEST(PublishedProblems, FirstMovesAreThePublishedOnes) {
-  const std::vector<Entry> entries = readEntries();
-  ASSERT_GE(entries.size(), 25u);
-  for (const Entry& entry : entries) {
-    if (!withinBudget(entry)) continue;
-    const int lastMove =
-        entry.lastMove.size() == 2 ? core::squareAt(entry.lastMove[0] - 'a', entry.lastMove[1] - '0') : 0;
-    Solve solve(entry.fen.c_str(), entry.stipulation.c_str(), lastMove);
-    core::Notation notation;
-    std::multiset<std::string> expected;
-    for (const std::string& published : publishedFirstMoves(entry)) {
-      std::vector<std::string> named;
-      for (const FirstMove& move : counter::firstMoveList(solve.settings.setup)) {
-        if (counter::namesMove(move, published)) named.push_back(counter::firstMoveText(move, notation));
+  const std::vector<published::Problem> problems = published::readProblems(VELKARO_TEST_DATA_DIR "/problems.txt");
+  ASSERT_GE(problems.size(), 25u);
+  for (const published::Problem& problem : problems) {
+    if (!withinBudget(problem)) continue;
+    SolveSettings settings;
+    settings.setup = problem.setup();
+    settings.stipulation = problem.stipulation();
+    settings.stopOnFirstSolution = false;
+    FirstMoves found;
+    decltype(found.moves) expected;
+    for (const std::string& published : publishedFirstMoves(problem)) {
+      int named = 0;
+      for (const core::FirstMove& move : core::firstMoveList(settings.setup)) {
+        if (core::namesMove(move, published)) {
+          expected.insert(move.record());
+          ++named;
+        }
       }
-      ASSERT_EQ(named.size(), 1u) << entry.id << ": " << published;
-      expected.insert(named.front());
+      ASSERT_EQ(named, 1) << problem.id << ": " << published;
     }
-    EXPECT_EQ(foundFirstMoves(solve.runToEnd()), expected) << entry.id;
+    const auto job = std::make_unique<SolverJob>(found, found, found);
+    job->start(settings);
+    EXPECT_EQ(found.moves.size(), expected.size()) << problem.id;
+    EXPECT_TRUE(std::equal(found.moves.begin(), found.moves.end(), expected.begin(), expected.end(),
+                           [](const core::MoveRecord& a, const core::MoveRecord& b) {
+                             return a.fromSquare == b.fromSquare && a.toSquare == b.toSquare &&
+                                    a.moveKind == b.moveKind;
+                           }))
+        << problem.id;
   }
+}
+
+// The silent call answers with the same keys as a run, and stops after the
+// number of keys asked for.
+TEST(KeyFinder, KeysOfARunWithoutText) {
+  const std::vector<published::Problem> problems = published::readProblems(VELKARO_TEST_DATA_DIR "/problems.txt", "#");
+  KeyFinder finder;
+  for (const published::Problem& problem : problems) {
+    if (problem.stipulation().helpmate || problem.stipulation().moves > 3) continue;
+    SolveSettings settings{problem.setup(), problem.stipulation()};
+    settings.stopOnFirstSolution = false;
+    FirstMoves run;
+    std::make_unique<SolverJob>(run, run, run)->start(settings);
+    const auto keys = finder.keys(settings.setup, settings.stipulation);
+    ASSERT_TRUE(keys.has_value()) << problem.id;
+    ASSERT_EQ(keys->size(), run.moves.size()) << problem.id;
+    for (const Key& key : *keys) EXPECT_EQ(run.moves.count(key.move), 1u) << problem.id;
+    EXPECT_EQ(finder.keys(settings.setup, settings.stipulation, 1)->size(), 1u) << problem.id;
+  }
+  core::BoardSetup noKings;
+  EXPECT_FALSE(finder.keys(noKings, {false, false, 2}).has_value());
 }
 
 }  // namespace

@@ -75,7 +75,7 @@ void BoardEditorTest::clicksPlaceAndRemoveMen() {
   QTest::mouseClick(fixture.window->boardView(), Qt::MouseButton(button), {}, fixture.centreOf(square));
 
   board[static_cast<std::size_t>(square)] = after;
-  QCOMPARE(placement(fixture.window->setup().board), placement(board));
+  QCOMPARE(placement(fixture.window->document().setup().board), placement(board));
   QCOMPARE(placement(fixture.window->boardView()->board()), placement(board));
   QCOMPARE(fixture.window->pieceCountLabel()->text(), count);
 }
@@ -122,7 +122,7 @@ void BoardEditorTest::dragsPlaceMoveAndRemoveMen() {
 
   if (!empty.isEmpty()) expected[static_cast<std::size_t>(sq(qPrintable(empty)))] = 0;
   if (!filled.isEmpty()) expected[static_cast<std::size_t>(sq(qPrintable(filled)))] = code;
-  QCOMPARE(placement(fixture.window->setup().board), placement(expected));
+  QCOMPARE(placement(fixture.window->document().setup().board), placement(expected));
   QCOMPARE(placement(board->board()), placement(expected));
 }
 
@@ -159,7 +159,7 @@ void BoardEditorTest::enPassantChoicesFollowTheBoard() {
   SolverPanel* panel = fixture.window->solverPanel();
   fixture.setBoard(board);
   click(panel->sideButton(side));
-  QCOMPARE(fixture.window->setup().sideToMove, side);
+  QCOMPARE(fixture.window->document().setup().sideToMove, side);
 
   QStringList shown;
   for (int index = 0; index < SolverPanel::kMaxEnPassantChoices; ++index) {
@@ -174,21 +174,21 @@ void BoardEditorTest::enPassantChoiceSurvivesOnlyWhileAllowed() {
   SolverPanel* panel = fixture.window->solverPanel();
   fixture.setBoard(boardOf({{"e1", King}, {"e8", -King}, {"c5", -Pawn}, {"d5", Pawn}, {"e5", -Pawn}}));
   click(panel->enPassantButton(1));
-  QCOMPARE(fixture.window->setup().lastMoveSquare, sq("e5"));
+  QCOMPARE(fixture.window->document().setup().lastMoveSquare, sq("e5"));
 
   // Another man elsewhere rebuilds the choices; the chosen one stays.
   QTest::mouseClick(fixture.window->boardView(), Qt::LeftButton, {}, fixture.centreOf(sq("a1")));
-  QCOMPARE(fixture.window->setup().lastMoveSquare, sq("e5"));
+  QCOMPARE(fixture.window->document().setup().lastMoveSquare, sq("e5"));
   click(panel->enPassantButton(1));
-  QCOMPARE(fixture.window->setup().lastMoveSquare, 0);
+  QCOMPARE(fixture.window->document().setup().lastMoveSquare, 0);
   click(panel->enPassantButton(0));
-  QCOMPARE(fixture.window->setup().lastMoveSquare, sq("c5"));
+  QCOMPARE(fixture.window->document().setup().lastMoveSquare, sq("c5"));
 
   // Black to move: the Black pawns' double steps are no longer possible.
   click(panel->sideButton(-1));
-  QCOMPARE(fixture.window->setup().lastMoveSquare, 0);
+  QCOMPARE(fixture.window->document().setup().lastMoveSquare, 0);
   click(panel->sideButton(1));
-  QCOMPARE(fixture.window->setup().lastMoveSquare, 0);
+  QCOMPARE(fixture.window->document().setup().lastMoveSquare, 0);
 }
 
 void BoardEditorTest::initialPositionAndClear() {
@@ -196,7 +196,7 @@ void BoardEditorTest::initialPositionAndClear() {
   SolverPanel* panel = fixture.window->solverPanel();
   click(panel->sideButton(-1));
   click(panel->initialPositionButton());
-  core::BoardSetup setup = fixture.window->setup();
+  core::BoardSetup setup = fixture.window->document().setup();
   QCOMPARE(setup.board[static_cast<std::size_t>(sq("e1"))], King);
   QCOMPARE(setup.board[static_cast<std::size_t>(sq("d8"))], -Queen);
   QCOMPARE(setup.board[static_cast<std::size_t>(sq("h2"))], Pawn);
@@ -205,7 +205,7 @@ void BoardEditorTest::initialPositionAndClear() {
   QCOMPARE(fixture.window->pieceCountLabel()->text(), QString("(16+16)"));
 
   click(panel->clearButton());
-  setup = fixture.window->setup();
+  setup = fixture.window->document().setup();
   QCOMPARE(placement(setup.board), QString("8/8/8/8/8/8/8/8"));
   QVERIFY(!setup.whiteLongCastle && !setup.whiteShortCastle && !setup.blackLongCastle && !setup.blackShortCastle);
   QCOMPARE(fixture.window->pieceCountLabel()->text(), QString("(0+0)"));
@@ -225,9 +225,9 @@ void BoardEditorTest::lockingKeepsWhatWasUnavailable() {
   QVERIFY(window.commandAction(Informations)->isEnabled());
   QVERIFY(!window.modeTabs()->isEnabled());
   QVERIFY(!window.solverPanel()->clearButton()->isEnabled());
-  const Board before = window.setup().board;
+  const Board before = window.document().setup().board;
   QTest::mouseClick(window.boardView(), Qt::LeftButton, {}, fixture.centreOf(sq("d4")));
-  QCOMPARE(placement(window.setup().board), placement(before));
+  QCOMPARE(placement(window.document().setup().board), placement(before));
 
   window.setRunLocked(false);
   QVERIFY(window.commandAction(ImportFen)->isEnabled());

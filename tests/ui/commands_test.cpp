@@ -1,6 +1,6 @@
-// The menu, accelerators and tool bar as the user meets them: entries, tool
-// tips and what is available; the two option toggles kept in step between menu
-// and tool bar; the help window; the tab strip's modes.
+// Commands as the user meets them: the two option toggles kept in step
+// between menu, tool bar and the problem document; the help window; the tab
+// strip's modes; Exit.
 
 #include <QLabel>
 #include <QMenu>
@@ -39,102 +39,12 @@ class CommandsTest : public QObject {
   Q_OBJECT
 
  private slots:
-  void menuEntries_data();
-  void menuEntries();
-  void submenus();
-  void toolButtons_data();
-  void toolButtons();
   void togglesKeptInStep_data();
   void togglesKeptInStep();
   void informationsOpensTheHelpAtItsContents();
   void variantsTab();
   void exitClosesTheWindow();
 };
-
-void CommandsTest::menuEntries_data() {
-  QTest::addColumn<QString>("menu");
-  QTest::addColumn<QString>("entry");
-  QTest::addColumn<QString>("shortcut");
-  QTest::addColumn<bool>("enabled");
-  QTest::newRow("Open") << "File" << "Open" << "Ctrl+O" << false;
-  QTest::newRow("Save") << "File" << "Save" << "Ctrl+S" << false;
-  QTest::newRow("Save as") << "File" << "Save as" << "" << false;
-  QTest::newRow("Import FEN") << "File" << "Import FEN" << "Ctrl+I" << true;
-  QTest::newRow("Export FEN") << "File" << "Export FEN" << "Ctrl+E" << false;
-  QTest::newRow("Print") << "File" << "Print" << "Ctrl+P" << false;
-  QTest::newRow("Exit") << "File" << "Exit" << "Ctrl+X" << true;
-  QTest::newRow("Search minimum moves") << "Option" << "Search minimum moves" << "" << true;
-  QTest::newRow("Stop on first solution") << "Option" << "Stop on first solution" << "" << true;
-  QTest::newRow("Informations") << "Info" << "Informations" << "" << true;
-  QTest::newRow("About") << "Info" << "About Velkaro ..." << "" << true;
-}
-
-void CommandsTest::menuEntries() {
-  QFETCH(QString, menu);
-  QFETCH(QString, entry);
-  QFETCH(QString, shortcut);
-  QFETCH(bool, enabled);
-  WindowFixture fixture;
-  QMenu* found = menuNamed(*fixture.window, menu);
-  QVERIFY(found);
-  QAction* action = entryNamed(found, entry);
-  QVERIFY(action);
-  QCOMPARE(action->shortcut().toString(), shortcut);
-  QCOMPARE(action->isEnabled(), enabled);
-}
-
-void CommandsTest::submenus() {
-  WindowFixture fixture;
-  QMenu* option = menuNamed(*fixture.window, "Option");
-  QMenu* languages = entryNamed(option, "Notation's language")->menu();
-  QCOMPARE(languages->actions().size(), 17);
-  QCOMPARE(languages->actions().first()->text(), QString("Czech"));
-  QCOMPARE(languages->actions().at(3), fixture.window->commandAction(116));
-  QCOMPARE(languages->actions().last()->text(), QString("Swedish"));
-  QStringList intervals;
-  for (QAction* action : entryNamed(option, "Refresh interval (moves)")->menu()->actions()) intervals << action->text();
-  QCOMPARE(intervals, (QStringList{"      100 000", "      500 000", "  1 000 000", "  5 000 000", "10 000 000"}));
-}
-
-void CommandsTest::toolButtons_data() {
-  QTest::addColumn<int>("command");
-  QTest::addColumn<QString>("toolTip");
-  QTest::addColumn<bool>("enabled");
-  const std::pair<int, const char*> tips[] = {
-      {ToolOpen, "Open"},
-      {ToolSave, "Save"},
-      {ToolPrint, "Print"},
-      {ToolImportFen, "Import FEN position"},
-      {ToolExportFen, "Export FEN position"},
-      {ToolStopOnFirstSolution, "Stop on first solution"},
-      {ToolSearchMinimumMoves, "Search minimum moves"},
-      {FlipPosition, "Flip position"},
-      {VerticalMirror, "Vertical Mirror"},
-      {HorizontalMirror, "Horizontal Mirror"},
-      {RotateLeft, "Rotate Left"},
-      {RotateRight, "Rotate Right"},
-      {MoveUp, "Move Up"},
-      {MoveDown, "Move Down"},
-      {MoveLeft, "Move Left"},
-      {MoveRight, "Move Right"},
-  };
-  for (const auto& [command, tip] : tips) {
-    const bool enabled = command != ToolOpen && command != ToolSave && command != ToolPrint && command != ToolExportFen;
-    QTest::newRow(tip) << command << QString(tip) << enabled;
-  }
-}
-
-void CommandsTest::toolButtons() {
-  QFETCH(int, command);
-  QFETCH(QString, toolTip);
-  QFETCH(bool, enabled);
-  WindowFixture fixture;
-  QToolButton* button = fixture.toolButton(command);
-  QVERIFY(button);
-  QCOMPARE(button->toolTip(), toolTip);
-  QCOMPARE(button->isEnabled(), enabled);
-  QVERIFY(!button->icon().isNull());
-}
 
 void CommandsTest::togglesKeptInStep_data() {
   QTest::addColumn<int>("menuEntry");
@@ -152,7 +62,10 @@ void CommandsTest::togglesKeptInStep() {
   MainWindow& window = *fixture.window;
   QAction* entry = entryNamed(menuNamed(window, "Option"), window.commandAction(menuEntry)->text());
   QToolButton* button = fixture.toolButton(toolButton);
-  auto option = [&] { return menuEntry == StopOnFirstSolution ? window.stopOnFirstSolution() : window.searchMinimumMoves(); };
+  auto option = [&] {
+    const SolverOptions& options = window.document().options();
+    return menuEntry == StopOnFirstSolution ? options.stopOnFirstSolution : options.minimumMoves;
+  };
   QCOMPARE(entry->isChecked(), atStart);
   QCOMPARE(button->isChecked(), atStart);
   QCOMPARE(option(), atStart);

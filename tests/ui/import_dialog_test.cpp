@@ -129,22 +129,23 @@ void ImportDialogTest::importsTheChosenLine() {
 
   auto* buttons = dialog->findChild<QDialogButtonBox*>();
   QTest::mouseClick(buttons->button(QDialogButtonBox::Ok), Qt::LeftButton);
-  const core::BoardSetup setup = fixture.window->setup();
+  const core::BoardSetup setup = fixture.window->document().setup();
   QCOMPARE(testing::placement(setup.board), placement);
   QCOMPARE(setup.sideToMove, side);
   QCOMPARE(setup.whiteLongCastle && setup.whiteShortCastle && setup.blackLongCastle && setup.blackShortCastle, castling);
-  QCOMPARE(QString::fromStdString(fixture.window->stipulation().text()), stipulation);
+  QCOMPARE(QString::fromStdString(fixture.window->document().stipulation().text()), stipulation);
 
   // The next import starts where this one was found.
-  QTRY_VERIFY(!fixture.window->findChild<ImportFenDialog*>());
+  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  QVERIFY(!fixture.window->findChild<ImportFenDialog*>());
   pressCtrlI(*fixture.window);
-  QTRY_VERIFY(fixture.window->findChild<ImportFenDialog*>());
+  QVERIFY(fixture.window->findChild<ImportFenDialog*>());
   QCOMPARE(fixture.window->findChild<ImportFenDialog*>()->fileList()->count(), 3);
 }
 
 void ImportDialogTest::anInvalidLineCannotBeTakenOver() {
   WindowFixture fixture;
-  const core::BoardSetup before = fixture.window->setup();
+  const core::BoardSetup before = fixture.window->document().setup();
   ImportFenDialog* dialog = openDialog(fixture);
   QVERIFY(dialog);
   clickRow(dialog->fileList(), "set.fen");
@@ -161,7 +162,7 @@ void ImportDialogTest::anInvalidLineCannotBeTakenOver() {
   QCOMPARE(dialog->positionList()->count(), 1);
   QVERIFY(!ok->isEnabled());
   dialog->reject();
-  QCOMPARE(testing::placement(fixture.window->setup().board), testing::placement(before.board));
+  QCOMPARE(testing::placement(fixture.window->document().setup().board), testing::placement(before.board));
 }
 
 }  // namespace velkaro::ui::testing

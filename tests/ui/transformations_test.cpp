@@ -1,13 +1,17 @@
-// The nine board transformations run from their tool-bar buttons: where each
-// man goes, that the side to move and castling stay, that the result pane and
-// progress panel are reset, and that only the changed squares are repainted.
+// The nine board transformations: where each man goes (the transformation
+// itself, below the window), and run from their tool-bar buttons: that the
+// side to move and castling stay, that the results and the progress panel are
+// reset, and that only the changed squares are repainted.
 
 #include <QLabel>
 #include <QListWidget>
 #include <QPaintEvent>
+#include <QPushButton>
+#include <QSignalSpy>
 #include <QtTest>
 #include <vector>
 
+#include "ui/board_transform.h"
 #include "ui/commands.h"
 #include "ui/progress_panel.h"
 #include "ui/result_pane.h"
@@ -46,18 +50,18 @@ class TransformationsTest : public QObject {
   Q_OBJECT
 
  private slots:
-  void menMoveAsTheButtonSays_data();
-  void menMoveAsTheButtonSays();
+  void menMoveAsTheTransformationSays_data();
+  void menMoveAsTheTransformationSays();
+  void theButtonKeepsSideAndCastlingAndResetsResults();
   void onlyChangedSquaresAreRepainted_data();
   void onlyChangedSquaresAreRepainted();
-  void resultsAndProgressAreReset();
 };
 
-void TransformationsTest::menMoveAsTheButtonSays_data() {
+void TransformationsTest::menMoveAsTheTransformationSays_data() {
   QTest::addColumn<Board>("before");
   QTest::addColumn<QList<int>>("commands");
   QTest::addColumn<Board>("after");
-  QTest::addColumn<QString>("count");
+  QTest::addColumn<QString>("count");  // not shown here
   QTest::newRow("Flip position of the kings") << boardOf({{"e1", King}, {"e8", -King}}) << QList<int>{FlipPosition}
                                               << boardOf({{"e8", -King}, {"e1", King}}) << "(1+1)";
   QTest::newRow("Flip position") << sample() << QList<int>{FlipPosition}
@@ -94,27 +98,51 @@ void TransformationsTest::menMoveAsTheButtonSays_data() {
   QTest::newRow("eight Move Right") << sample() << QList<int>(8, MoveRight) << sample() << "(3+2)";
 }
 
-void TransformationsTest::menMoveAsTheButtonSays() {
+void TransformationsTest::menMoveAsTheTransformationSays() {
   QFETCH(Board, before);
   QFETCH(QList<int>, commands);
   QFETCH(Board, after);
-  QFETCH(QString, count);
+  Board board = before;
+  for (int command : commands) board = transformBoard(board, command);
+  QCOMPARE(placement(board), placement(after));
+}
+
+// A solved problem, then Flip position: the men move, the side and castling
+// stay, the count is refreshed, and nothing of the solution is left.
+void TransformationsTest::theButtonKeepsSideAndCastlingAndResetsResults() {
   WindowFixture fixture;
+  MainWindow& window = *fixture.window;
   core::BoardSetup setup;
-  setup.board = before;
-  setup.sideToMove = core::Black;
+  setup.board = boardOf({{"a8", -King}, {"b6", King}, {"h1", Rook}, {"c2", Pawn}});
+  setup.sideToMove = core::White;
   setup.whiteShortCastle = true;
   setup.blackLongCastle = true;
-  fixture.window->setSetup(setup);
+  window.document().setSetup(setup);
+  window.document().setStipulation({false, false, 1});
+  window.document().setOptions({false, false, false});  // to the end: "No more solutions"
+  QSignalSpy ended(&window, &MainWindow::runEnded);
+  QTest::mouseClick(window.progressPanel()->startButton(), Qt::LeftButton);
+  QVERIFY(ended.wait());
+  QVERIFY(!window.document().solutionText().empty());
+  QVERIFY(window.resultModel().rowCount() > 0);
+  QCOMPARE(window.progressPanel()->bar(), ProgressPanel::kBarFull);
 
-  for (int command : commands) QTest::mouseClick(fixture.toolButton(command), Qt::LeftButton);
+  QTest::mouseClick(fixture.toolButton(FlipPosition), Qt::LeftButton);
 
-  const core::BoardSetup result = fixture.window->setup();
-  QCOMPARE(placement(result.board), placement(after));
-  QCOMPARE(placement(fixture.window->boardView()->board()), placement(after));
-  QCOMPARE(result.sideToMove, int(core::Black));
+  const core::BoardSetup result = window.document().setup();
+  QCOMPARE(placement(result.board), placement(boardOf({{"a1", King}, {"b3", -King}, {"h8", -Rook}, {"c7", -Pawn}})));
+  QCOMPARE(result.sideToMove, int(core::White));
   QVERIFY(!result.whiteLongCastle && result.whiteShortCastle && result.blackLongCastle && !result.blackShortCastle);
-  QCOMPARE(fixture.window->pieceCountLabel()->text(), count);
+  QCOMPARE(window.pieceCountLabel()->text(), QString("(1+3)"));
+  ProgressPanel* progress = window.progressPanel();
+  QCOMPARE(progress->clockText(), QString("00:00:00"));
+  QCOMPARE(progress->testedMovesText(), QString());
+  QCOMPARE(progress->speedText(), QString());
+  QCOMPARE(progress->bar(), 0);
+  QCOMPARE(progress->lineDisplay(0)->count(), 0);
+  QCOMPARE(window.resultModel().rowCount(), 0);
+  QVERIFY(window.document().solutionText().empty());
+  QVERIFY(window.document().solutionRecords().empty());
 }
 
 void TransformationsTest::onlyChangedSquaresAreRepainted_data() {
@@ -136,12 +164,11 @@ void TransformationsTest::onlyChangedSquaresAreRepainted() {
   WindowFixture fixture;
   fixture.setBoard(before);
   BoardView* board = fixture.window->boardView();
-  QTest::qWait(50);  // let the first full paint pass
+  QCoreApplication::processEvents();  // the first full paint
   PaintLog log(board);
 
   QTest::mouseClick(fixture.toolButton(command), Qt::LeftButton);
-  if (!changed.isEmpty()) QTRY_VERIFY(!log.painted.isEmpty());
-  QTest::qWait(50);
+  QCoreApplication::processEvents();
 
   for (int square = 0; square < 64; ++square) {
     const QString name = QString("%1%2").arg(QChar('a' + square % 8)).arg(8 - square / 8);
@@ -152,31 +179,6 @@ void TransformationsTest::onlyChangedSquaresAreRepainted() {
       QVERIFY2(!log.painted.intersects(rect), qPrintable(name + " was repainted"));
     }
   }
-}
-
-void TransformationsTest::resultsAndProgressAreReset() {
-  WindowFixture fixture;
-  fixture.setBoard(sample());
-  ProgressPanel* progress = fixture.window->progressPanel();
-  ResultPane* results = fixture.window->resultPane();
-  progress->setClockText("00:01:07");
-  progress->setTestedMovesText(" 12 345 678");
-  progress->setSpeedText("184 000");
-  progress->setBar(30);
-  progress->setLineDisplay({{"1. Qd1 - d8 , Ke8 - f7 ", "2. Qd8 - e7 "}, {"", ""}});
-  results->insertRootItem(1, "  Solution No 1");
-  results->insertChildItem(1, 2, "1...., Kf7 - g6   2. Qe7 - g5#");
-  results->appendText("  Solution No 1\n");
-
-  QTest::mouseClick(fixture.toolButton(RotateRight), Qt::LeftButton);
-
-  QCOMPARE(progress->clockText(), QString("00:00:00"));
-  QCOMPARE(progress->testedMovesText(), QString());
-  QCOMPARE(progress->speedText(), QString());
-  QCOMPARE(progress->bar(), 0);
-  QCOMPARE(progress->lineDisplay(0)->count(), 0);
-  QCOMPARE(results->topLevelItemCount(), 0);
-  QCOMPARE(results->text(), std::string());
 }
 
 }  // namespace velkaro::ui::testing

@@ -84,9 +84,9 @@ struct WindowFixture {
   }
 
   void setBoard(const Board& board) {
-    core::BoardSetup setup = window->setup();
+    core::BoardSetup setup = window->document().setup();
     setup.board = board;
-    window->setSetup(setup);
+    window->document().setSetup(setup);
   }
 
   QPoint centreOf(int square) const { return window->boardView()->squareRect(square).center(); }
