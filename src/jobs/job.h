@@ -15,8 +15,7 @@
 
 namespace velkaro::jobs {
 
-// The "Refresh interval (moves)" choices; the default is 1 000 000.
-inline constexpr int kRefreshIntervals[] = {100'000, 500'000, 1'000'000, 5'000'000, 10'000'000};
+// The default "Refresh interval (moves)".
 inline constexpr int kDefaultRefreshInterval = 1'000'000;
 
 // Full position of the progress bar.
