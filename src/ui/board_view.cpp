@@ -6,6 +6,7 @@
 #include "ui/board_view.h"
 
 #include <QApplication>
+#include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPaintEvent>
 #include <QPainter>
@@ -26,6 +27,7 @@ BoardView::BoardView(QWidget* parent) : QWidget(parent) {
   QSizePolicy policy(QSizePolicy::Expanding, QSizePolicy::Expanding);
   policy.setHeightForWidth(true);
   setSizePolicy(policy);
+  setFocusPolicy(Qt::StrongFocus);
   placeSquares();
 }
 
@@ -40,6 +42,7 @@ void BoardView::setBoard(const Board& board) {
 
 void BoardView::setEditable(bool editable) {
   editable_ = editable;
+  setFocusPolicy(editable ? Qt::StrongFocus : Qt::NoFocus);
   if (!editable_ && dragging_) endDrag();
 }
 
@@ -66,7 +69,9 @@ QSize BoardView::minimumSizeHint() const {
 // and kept at the top.
 void BoardView::placeSquares() {
   const int side = qMin(width(), height());
+  const int before = squareSize_;
   squareSize_ = qMax(1, showsCoordinates_ ? side * 5 / 42 : side / 8);
+  if (squareSize_ != before) emit squareSizeChanged(squareSize_);
   const int band = coordinateBand();
   const int extent = 8 * squareSize_ + band;
   origin_ = QPoint((width() - extent) / 2 + band, 0);
@@ -105,8 +110,45 @@ void BoardView::paintSquare(QPainter& painter, int square) {
   const QRect rect = squareRect(square);
   const bool light = (square / 8 + square % 8) % 2 == 0;
   painter.fillRect(rect, light ? kLightSquare : kDarkSquare);
-  if (dragging_ && square == pressSquare_) return;  // the man is on the cursor
-  paintPiece(painter, QRectF(rect), board_[static_cast<std::size_t>(square)]);
+  if (!(dragging_ && square == pressSquare_)) paintPiece(painter, QRectF(rect), board_[static_cast<std::size_t>(square)]);
+  if (square == cursor_ && hasFocus()) {
+    painter.setPen(QPen(palette().color(QPalette::Highlight), qMax(2, squareSize_ / 16)));
+    painter.drawRect(QRectF(rect).adjusted(1.5, 1.5, -1.5, -1.5));
+  }
+}
+
+// Arrow keys move the cursor within the board; any other key is the window's
+// to interpret on the cursor's square.
+void BoardView::keyPressEvent(QKeyEvent* event) {
+  const int row = cursor_ / 8;
+  const int column = cursor_ % 8;
+  int moved = -1;
+  switch (event->key()) {
+    case Qt::Key_Left: moved = column > 0 ? cursor_ - 1 : cursor_; break;
+    case Qt::Key_Right: moved = column < 7 ? cursor_ + 1 : cursor_; break;
+    case Qt::Key_Up: moved = row > 0 ? cursor_ - 8 : cursor_; break;
+    case Qt::Key_Down: moved = row < 7 ? cursor_ + 8 : cursor_; break;
+    default:
+      if (!editable_ || event->text().isEmpty() && event->key() != Qt::Key_Delete) {
+        QWidget::keyPressEvent(event);
+        return;
+      }
+      emit keyPressedOnSquare(cursor_, event->key(), event->text());
+      return;
+  }
+  update(squareRect(cursor_));
+  cursor_ = moved;
+  update(squareRect(cursor_));
+}
+
+void BoardView::focusInEvent(QFocusEvent* event) {
+  QWidget::focusInEvent(event);
+  update(squareRect(cursor_));
+}
+
+void BoardView::focusOutEvent(QFocusEvent* event) {
+  QWidget::focusOutEvent(event);
+  update(squareRect(cursor_));
 }
 
 void BoardView::paintCoordinates(QPainter& painter, const QRegion& region) {

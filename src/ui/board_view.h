@@ -38,6 +38,11 @@ class BoardView : public QWidget {
   void squareClicked(int square, Qt::MouseButton button);
   // A man dragged from `from` and let go over `to`; -1 when let go off the board.
   void manDragged(int from, int to);
+  // A key pressed while the keyboard's square cursor stands on `square`
+  // (arrow keys move the cursor and are not reported).
+  void keyPressedOnSquare(int square, int key, const QString& text);
+  // The squares' new side in pixels, after a resize.
+  void squareSizeChanged(int side);
 
  protected:
   void paintEvent(QPaintEvent* event) override;
@@ -45,6 +50,12 @@ class BoardView : public QWidget {
   void mousePressEvent(QMouseEvent* event) override;
   void mouseMoveEvent(QMouseEvent* event) override;
   void mouseReleaseEvent(QMouseEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+  void focusInEvent(QFocusEvent* event) override;
+  void focusOutEvent(QFocusEvent* event) override;
+
+ public:
+  int cursorSquare() const { return cursor_; }
 
  private:
   void placeSquares();
@@ -62,6 +73,7 @@ class BoardView : public QWidget {
   Qt::MouseButton pressButton_ = Qt::NoButton;
   QPoint pressPosition_;
   bool dragging_ = false;
+  int cursor_ = 36;  // e4: where the keyboard edits, framed while the board has the focus
 };
 
 }  // namespace velkaro::ui

@@ -46,6 +46,15 @@ enum Command : int {
 
   SideWhite = 159,
   SideBlack = 160,
+
+  // Velkaro's own commands beyond the original menu.
+  Undo = 1001,
+  Redo = 1002,
+  CopySolution = 1003,
+  CopyFen = 1004,
+  PasteFen = 1005,
+  NextProblem = 1006,
+  PreviousProblem = 1007,
 };
 
 constexpr int languageOfCommand(int id) { return id - 112; }
@@ -53,5 +62,12 @@ constexpr int commandOfLanguage(int language) { return language + 112; }
 constexpr int intervalIndexOfCommand(int id) { return id - FirstInterval; }
 
 constexpr bool isTransformation(int id) { return id >= FlipPosition && id <= MoveRight; }
+
+// What a running job must not see: anything that changes the problem or the
+// options a run has read.
+constexpr bool changesTheProblem(int id) {
+  return (id >= Open && id <= LastInterval) || isTransformation(id) || id == Undo || id == Redo || id == PasteFen ||
+         id == NextProblem || id == PreviousProblem;
+}
 
 }  // namespace velkaro::ui

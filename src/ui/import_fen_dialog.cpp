@@ -5,9 +5,11 @@
 
 #include <QDialogButtonBox>
 #include <QFile>
+#include <QFileInfo>
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
 #include <QVBoxLayout>
@@ -36,8 +38,9 @@ QListWidget* fixedList(QWidget* parent) {
 
 }  // namespace
 
-ImportFenDialog::ImportFenDialog(const QString& folder, QWidget* parent)
+ImportFenDialog::ImportFenDialog(const QString& folder, const QString& file, int row, QWidget* parent)
     : QDialog(parent),
+      path_(new QLineEdit(this)),
       folderLabel_(new QLabel(this)),
       files_(fixedList(this)),
       folders_(fixedList(this)),
@@ -48,6 +51,11 @@ ImportFenDialog::ImportFenDialog(const QString& folder, QWidget* parent)
   setWindowTitle(QStringLiteral("Import FEN position"));
   resize(740, 480);
   auto* layout = new QVBoxLayout(this);
+  auto* pathRow = new QHBoxLayout;
+  pathRow->addWidget(new QLabel(QStringLiteral("Path:"), this));
+  path_->setToolTip(QStringLiteral("Type or paste a folder or a file and press Enter"));
+  pathRow->addWidget(path_, 1);
+  layout->addLayout(pathRow);
   layout->addLayout(createFileArea());
   layout->addWidget(new QLabel(QStringLiteral("Select FEN position:"), this));
   positions_->setUniformItemSizes(true);
@@ -58,9 +66,40 @@ ImportFenDialog::ImportFenDialog(const QString& folder, QWidget* parent)
   connect(folders_, &QListWidget::itemActivated, this, &ImportFenDialog::enterFolder);
   connect(files_, &QListWidget::currentItemChanged, this, &ImportFenDialog::openFile);
   connect(positions_, &QListWidget::currentRowChanged, this, &ImportFenDialog::selectPosition);
+  connect(positions_, &QListWidget::itemActivated, this, &ImportFenDialog::acceptPosition);
+  connect(path_, &QLineEdit::returnPressed, this, &ImportFenDialog::goToPath);
   connect(buttons_, &QDialogButtonBox::accepted, this, &QDialog::accept);
   connect(buttons_, &QDialogButtonBox::rejected, this, &QDialog::reject);
   showFolder(folder);
+  if (!file.isEmpty()) chooseFile(file);
+  if (row >= 0 && row < positions_->count()) positions_->setCurrentRow(row);
+}
+
+QString ImportFenDialog::filePath() const {
+  return files_->currentItem() ? folder_.absoluteFilePath(files_->currentItem()->text()) : QString();
+}
+
+int ImportFenDialog::row() const { return positions_->currentRow(); }
+
+// A folder is shown; a file is shown in its folder and chosen.
+void ImportFenDialog::goToPath() {
+  const QFileInfo target(QDir(folder_).absoluteFilePath(path_->text().trimmed()));
+  if (target.isDir()) {
+    showFolder(target.absoluteFilePath());
+  } else if (target.isFile()) {
+    showFolder(target.absolutePath());
+    chooseFile(target.fileName());
+  }
+}
+
+void ImportFenDialog::chooseFile(const QString& name) {
+  const QList<QListWidgetItem*> found = files_->findItems(name, Qt::MatchExactly);
+  if (!found.isEmpty()) files_->setCurrentItem(found.first());
+}
+
+// A double click (or Enter) on a position takes it over, if it is one.
+void ImportFenDialog::acceptPosition() {
+  if (import_.placementValid()) accept();
 }
 
 QLayout* ImportFenDialog::createFileArea() {
@@ -87,6 +126,7 @@ void ImportFenDialog::showFolder(const QString& path) {
   folder_.makeAbsolute();
   folderLabel_->setText(folderLabel_->fontMetrics().elidedText(folder_.absolutePath(), Qt::ElideLeft, kListWidth));
   folderLabel_->setToolTip(folder_.absolutePath());
+  path_->setText(folder_.absolutePath());
 
   files_->clear();
   const QStringList filters{QStringLiteral("*.fen"), QStringLiteral("*.epd"), QStringLiteral("*.pgn")};

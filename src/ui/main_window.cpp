@@ -7,6 +7,7 @@
 #include <QDir>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QSplitter>
 #include <QStackedWidget>
 #include <QTabBar>
 #include <QVBoxLayout>
@@ -45,7 +46,6 @@ Board gameStart() {
 MainWindow::MainWindow(const QString& problemFolder, QWidget* parent)
     : QMainWindow(parent), problemFolder_(problemFolder), importFolder_(QDir::currentPath()) {
   setWindowTitle(QStringLiteral("Velkaro"));
-  resize(1180, 780);
   setCentralWidget(createCentralArea());
   connect(&document_, &ProblemDocument::setupChanged, this, &MainWindow::setupChanged);
   createRunner();
@@ -54,16 +54,21 @@ MainWindow::MainWindow(const QString& problemFolder, QWidget* parent)
   createToolBar();
   loadSettings();
   showBoard();
+  restoreWindowState();
 }
 
 MainWindow::~MainWindow() = default;
 
+// The board side and the panel side share the width as the user drags their
+// splitter; neither can be squeezed away.
 QWidget* MainWindow::createCentralArea() {
-  auto* area = new QWidget(this);
-  auto* layout = new QHBoxLayout(area);
-  layout->addWidget(createBoardArea(), 5);
-  layout->addWidget(createModeArea(), 4);
-  return area;
+  boardSplitter_ = new QSplitter(Qt::Horizontal, this);
+  boardSplitter_->addWidget(createBoardArea());
+  boardSplitter_->addWidget(createModeArea());
+  boardSplitter_->setStretchFactor(0, 5);
+  boardSplitter_->setStretchFactor(1, 4);
+  boardSplitter_->setChildrenCollapsible(false);
+  return boardSplitter_;
 }
 
 QWidget* MainWindow::createBoardArea() {
@@ -87,15 +92,20 @@ QWidget* MainWindow::createBoardArea() {
   paletteRow->addStretch();
   layout->addLayout(paletteRow);
 
+  connect(boardView_, &BoardView::squareSizeChanged, palette_,
+          [this](int side) { palette_->setButtonSide(qBound(28, side * 3 / 4, 72)); });
   connect(boardView_, &BoardView::squareClicked, this, &MainWindow::clickSquare);
   connect(boardView_, &BoardView::manDragged, this, &MainWindow::dragMan);
   connect(palette_, &PiecePalette::pieceDropped, this, &MainWindow::dropPiece);
   return area;
 }
 
-// Solver and Variants share the solver panel; Variants adds its caption.
+// Solver and Variants share the solver panel; Variants adds its caption. The
+// result tree sits below a splitter, so it can take most of the height.
 QWidget* MainWindow::createModeArea() {
-  auto* area = new QWidget(this);
+  resultSplitter_ = new QSplitter(Qt::Vertical, this);
+  resultSplitter_->setChildrenCollapsible(false);
+  auto* area = new QWidget(resultSplitter_);
   auto* layout = new QVBoxLayout(area);
   layout->setContentsMargins(0, 0, 0, 0);
   tabs_ = new QTabBar(area);
@@ -123,13 +133,16 @@ QWidget* MainWindow::createModeArea() {
   layout->addWidget(panels_);
   progressPanel_ = new ProgressPanel(area);
   layout->addWidget(progressPanel_);
-  resultPane_ = new ResultPane(resultModel_, area);
-  layout->addWidget(resultPane_, 1);
+  layout->addStretch();
+  resultSplitter_->addWidget(area);
+  resultPane_ = new ResultPane(resultModel_, resultSplitter_);
+  resultSplitter_->addWidget(resultPane_);
+  resultSplitter_->setStretchFactor(1, 1);
 
   connect(tabs_, &QTabBar::currentChanged, this, &MainWindow::changeMode);
   connect(solverPanel_, &SolverPanel::initialPositionRequested, this, &MainWindow::setUpInitialPosition);
   connect(solverPanel_, &SolverPanel::clearRequested, this, &MainWindow::clearBoard);
-  return area;
+  return resultSplitter_;
 }
 
 // A click places the palette's man; a click with the man already standing
@@ -173,9 +186,13 @@ void MainWindow::showBoard() {
   pieceCount_->setText(QStringLiteral("(%1+%2)").arg(white).arg(black));
 }
 
-// A saved run belongs to the set-up as it was: Continue is given up.
+// Results and a saved run belong to the set-up as it was: they are cleared as
+// a transformation clears them, and Continue is given up.
 void MainWindow::setupChanged() {
   showBoard();
+  recordSetupChange();
+  clearResults();
+  progressPanel_->reset();
   runner_->forgetLastRun();
   updateRunButtons();
 }
@@ -196,11 +213,7 @@ void MainWindow::clearBoard() {
 
 // Side to move, castling and the chosen last move stay as they are; the
 // last move is dropped only when the new board no longer allows it.
-void MainWindow::transform(int command) {
-  document_.setBoard(transformBoard(document_.board(), command));
-  clearResults();
-  progressPanel_->reset();
-}
+void MainWindow::transform(int command) { document_.setBoard(transformBoard(document_.board(), command)); }
 
 void MainWindow::changeMode(int tab) {
   mode_ = static_cast<Mode>(tab);

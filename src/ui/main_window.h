@@ -6,6 +6,8 @@
 // when the window is made.
 
 #include <QMainWindow>
+#include <QStringList>
+#include <QUndoStack>
 #include <map>
 #include <memory>
 #include <optional>
@@ -23,6 +25,8 @@
 
 class QComboBox;
 class QLabel;
+class QMenu;
+class QSplitter;
 class QStackedWidget;
 class QTabBar;
 
@@ -53,6 +57,10 @@ class MainWindow : public QMainWindow {
   // Takes over the first line of a FEN, EPD or PGN file that holds a valid
   // position; false when there is none.
   bool openFirstPosition(const QString& path);
+  // Takes over line `row` of a FEN, EPD or PGN file, which becomes the file
+  // that Next and Previous problem step through; false when the line holds
+  // no position.
+  bool importLine(const QString& path, int row);
   // The men of a game's start, White to move, all four castlings allowed.
   void setUpInitialPosition();
 
@@ -75,6 +83,11 @@ class MainWindow : public QMainWindow {
   ProgressPanel* progressPanel() const { return progressPanel_; }
   ResultPane* resultPane() const { return resultPane_; }
   ResultModel& resultModel() { return resultModel_; }
+  QSplitter* boardSplitter() const { return boardSplitter_; }
+  QSplitter* resultSplitter() const { return resultSplitter_; }
+  QUndoStack& undoStack() { return undoStack_; }
+  // Where the problem came from ("file:line") and how the last run went.
+  QString statusText() const;
 
  signals:
   // A run has ended (stopped, paused at a solution, finished or refused) and
@@ -99,6 +112,27 @@ class MainWindow : public QMainWindow {
   void clearBoard();
   void transform(int command);
   void changeMode(int tab);
+
+  // Undo, the clipboard, the keyboard on the board, the status bar and the
+  // window's own state across starts (main_window_edit.cpp).
+  void createEditCommands();
+  void recordSetupChange();
+  void copySolution();
+  void copySelectedLines();
+  void showResultMenu(QPoint position);
+  void keyOnBoard(int square, int key, const QString& text);
+  void showRunSummary(jobs::RunEnd end);
+  QString windowSettingsPath() const;
+  void restoreWindowState();
+  void saveWindowState() const;
+
+  // Imports, Next and Previous problem and the recent files
+  // (main_window_files.cpp).
+  void createFileNavigation();
+  void stepProblem(int direction);
+  void rememberFile(const QString& path, int row);
+  void showRecentFiles();
+  void showOrigin(const QString& title);
 
   // Commands, menu, tool bar and settings (main_window_commands.cpp).
   void createActions();
@@ -137,6 +171,12 @@ class MainWindow : public QMainWindow {
 
   QString problemFolder_;
   QString importFolder_;
+  // The file last imported from and its line, for Next and Previous problem.
+  QString importPath_;
+  int importRow_ = -1;
+  QStringList recentFiles_;  // "path" or "path:line", the latest first
+  QString origin_;           // "file:line" of the problem on the board
+  QString runSummary_;
   ProblemDocument document_;
   ResultModel resultModel_;
   Mode mode_ = Mode::Solver;
@@ -159,6 +199,14 @@ class MainWindow : public QMainWindow {
   ProgressPanel* progressPanel_ = nullptr;
   ResultPane* resultPane_ = nullptr;
   HelpBrowser* help_ = nullptr;
+  QSplitter* boardSplitter_ = nullptr;
+  QSplitter* resultSplitter_ = nullptr;
+  QMenu* recentMenu_ = nullptr;
+  QLabel* status_ = nullptr;
+
+  QUndoStack undoStack_;
+  core::BoardSetup recordedSetup_;  // the set-up the last undo step left
+  bool replaying_ = false;          // undo or redo is setting the set-up
 
   std::unique_ptr<JobRunner> runner_;
   // The writer of the run going on, in the language the run began with.

@@ -65,13 +65,17 @@ QAction* MainWindow::commandAction(int command) const {
 
 void MainWindow::createActions() {
   createFileCommands();
+  createFileNavigation();
+  createEditCommands();
   createOptionCommands();
   for (const TransformationTip& entry : kTransformations) {
     QAction* action = addCommand(entry.command, QString::fromLatin1(entry.toolTip), QString::fromLatin1(entry.toolTip));
     action->setIcon(toolIcon(entry.command));
     connect(action, &QAction::triggered, this, [this, command = entry.command] { transform(command); });
   }
-  connect(addCommand(Informations, QStringLiteral("Informations")), &QAction::triggered, this, &MainWindow::showHelp);
+  QAction* informations = addCommand(Informations, QStringLiteral("Informations"));
+  informations->setShortcut(QKeySequence::HelpContents);
+  connect(informations, &QAction::triggered, this, &MainWindow::showHelp);
   connect(addCommand(About, QStringLiteral("About Velkaro ...")), &QAction::triggered, this, &MainWindow::showAbout);
   const std::pair<int, int> aliases[] = {{ToolOpen, Open},
                                          {ToolSave, Save},
@@ -131,13 +135,23 @@ void MainWindow::createOptionCommands() {
   }
 }
 
+// Alt and the underlined letter open a menu.
 void MainWindow::createMenus() {
-  QMenu* file = menuBar()->addMenu(QStringLiteral("File"));
-  for (int command : {Open, Save, SaveAs, ImportFen, ExportFen, Print}) file->addAction(actions_[command]);
+  QMenu* file = menuBar()->addMenu(QStringLiteral("&File"));
+  for (int command : {Open, Save, SaveAs, ImportFen}) file->addAction(actions_[command]);
+  file->addAction(actions_[NextProblem]);
+  file->addAction(actions_[PreviousProblem]);
+  file->addMenu(recentMenu_);
+  for (int command : {ExportFen, Print}) file->addAction(actions_[command]);
   file->addSeparator();
   file->addAction(actions_[Exit]);
 
-  QMenu* option = menuBar()->addMenu(QStringLiteral("Option"));
+  QMenu* edit = menuBar()->addMenu(QStringLiteral("&Edit"));
+  for (int command : {Undo, Redo}) edit->addAction(actions_[command]);
+  edit->addSeparator();
+  edit->addAction(actions_[CopySolution]);
+
+  QMenu* option = menuBar()->addMenu(QStringLiteral("&Option"));
   option->addAction(actions_[SearchMinimumMoves]);
   option->addAction(actions_[StopOnFirstSolution]);
   QMenu* languages = option->addMenu(QStringLiteral("Notation's language"));
@@ -145,7 +159,7 @@ void MainWindow::createMenus() {
   QMenu* intervals = option->addMenu(QStringLiteral("Refresh interval (moves)"));
   for (int id = FirstInterval; id <= LastInterval; ++id) intervals->addAction(actions_[id]);
 
-  QMenu* info = menuBar()->addMenu(QStringLiteral("Info"));
+  QMenu* info = menuBar()->addMenu(QStringLiteral("&Info"));
   info->addAction(actions_[Informations]);
   info->addAction(actions_[About]);
 }
@@ -209,41 +223,17 @@ void MainWindow::setRunLocked(bool locked) {
   progressPanel_->showRunning();
   QSet<QAction*> seen;
   for (const auto& [command, action] : actions_) {
-    const bool runCommand = (command >= Open && command <= LastInterval) || isTransformation(command);
-    if (!runCommand || seen.contains(action)) continue;
+    if (!changesTheProblem(command) || seen.contains(action)) continue;
     seen.insert(action);
     lockedActions_.emplace_back(action, action->isEnabled());
     action->setEnabled(false);
   }
 }
 
-void MainWindow::importFen() {
-  auto* dialog = new ImportFenDialog(importFolder_, this);
-  dialog->setAttribute(Qt::WA_DeleteOnClose);
-  connect(dialog, &QDialog::accepted, this, [this, dialog] {
-    importFolder_ = dialog->folder();
-    takeOverImport(dialog->result());
-  });
-  dialog->open();
-}
-
 // A stipulation without a number of moves leaves the number as it is.
 void MainWindow::takeOverImport(const formats::ImportResult& result) {
   document_.setSetup(formats::setupFromImport(result));
   document_.setStipulation({result.helpmate != 0, result.selfmate != 0, result.moves});
-}
-
-bool MainWindow::openFirstPosition(const QString& path) {
-  const std::vector<std::string> lines = formats::readImportLines(QFile::encodeName(path).toStdString());
-  const std::string fileType = formats::fileTypeOf(QFile::encodeName(QFileInfo(path).fileName()).toStdString());
-  formats::FenImport import;
-  for (int row = 0; row < static_cast<int>(lines.size()); ++row) {
-    if (!import.selectLine(lines, row, fileType)) continue;
-    takeOverImport(import.result());
-    importFolder_ = QFileInfo(path).absolutePath();
-    return true;
-  }
-  return false;
 }
 
 void MainWindow::showHelp() {

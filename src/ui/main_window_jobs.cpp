@@ -105,6 +105,7 @@ void MainWindow::endRun(jobs::RunEnd end, const QString& refusal) {
     box->setAttribute(Qt::WA_DeleteOnClose);
     box->open();
   }
+  showRunSummary(end);
   emit runEnded(end);
   if (closeAfterRun_) {
     closeAfterRun_ = false;
@@ -177,6 +178,7 @@ void MainWindow::closeEvent(QCloseEvent* event) {
     event->ignore();
     return;
   }
+  saveWindowState();
   QMainWindow::closeEvent(event);
 }
 

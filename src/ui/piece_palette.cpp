@@ -28,8 +28,13 @@ PaletteButton::PaletteButton(int code, QWidget* parent) : QAbstractButton(parent
 }
 
 QSize PaletteButton::sizeHint() const {
-  const int side = fontMetrics().height() * 3;
+  const int side = side_ > 0 ? side_ : fontMetrics().height() * 3;
   return {side, side};
+}
+
+void PaletteButton::setSide(int side) {
+  side_ = side;
+  setFixedSize(sizeHint());
 }
 
 void PaletteButton::paintEvent(QPaintEvent*) {
@@ -103,6 +108,10 @@ PiecePalette::PiecePalette(QWidget* parent) : QWidget(parent), group_(new QButto
 int PiecePalette::selectedPiece() const {
   const auto* checked = static_cast<PaletteButton*>(group_->checkedButton());
   return checked ? checked->code() : 0;
+}
+
+void PiecePalette::setButtonSide(int side) {
+  for (PaletteButton* button : buttons_) button->setSide(side);
 }
 
 void PiecePalette::selectPiece(int code) {

@@ -20,6 +20,7 @@ class PaletteButton : public QAbstractButton {
   PaletteButton(int code, QWidget* parent);
   int code() const { return code_; }
   QSize sizeHint() const override;
+  void setSide(int side);
 
  signals:
   void dropped(int code, QPoint globalPosition);
@@ -35,6 +36,7 @@ class PaletteButton : public QAbstractButton {
   QPoint pressPosition_;
   bool leftPressed_ = false;
   bool dragging_ = false;
+  int side_ = 0;  // 0: from the font
 };
 
 class PiecePalette : public QWidget {
@@ -44,6 +46,8 @@ class PiecePalette : public QWidget {
   explicit PiecePalette(QWidget* parent = nullptr);
 
   int selectedPiece() const;  // the piece code of the checked button
+  // The buttons' side in pixels: the men grow with the board.
+  void setButtonSide(int side);
   void selectPiece(int code);
   // Letters for king, queen, rook, bishop and knight, in that order.
   void setLetters(std::string_view letters);

@@ -54,6 +54,9 @@ ProgressPanel::ProgressPanel(QWidget* parent)
   analysing->addWidget(lines_[1], 1);
   layout->addLayout(analysing);
 
+  start_->setToolTip(QStringLiteral("Start a new run on the problem as it stands"));
+  continue_->setToolTip(QStringLiteral("Go on with the run that was stopped or paused at a solution"));
+  stop_->setToolTip(QStringLiteral("Stop the run; Continue takes it up again"));
   connect(start_, &QPushButton::clicked, this, &ProgressPanel::startPressed);
   connect(continue_, &QPushButton::clicked, this, &ProgressPanel::continuePressed);
   connect(stop_, &QPushButton::clicked, this, &ProgressPanel::stopPressed);

@@ -62,6 +62,7 @@ QWidget* SolverPanel::createStipulationBox() {
   }
   moves_ = new QSpinBox(box);
   moves_->setRange(1, solver::kMaxMoves);
+  moves_->setToolTip(QStringLiteral("The number of moves; on the Variants tab, of single moves to count"));
   layout->addWidget(moves_, 0, 1, 3, 1, Qt::AlignVCenter);
   connect(moves_, &QSpinBox::valueChanged, this, &SolverPanel::chooseStipulation);
   return box;

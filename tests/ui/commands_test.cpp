@@ -21,7 +21,7 @@ namespace {
 
 QMenu* menuNamed(const MainWindow& window, const QString& title) {
   for (QAction* action : window.menuBar()->actions()) {
-    if (action->text() == title) return action->menu();
+    if (action->text().remove(QChar('&')) == title) return action->menu();
   }
   return nullptr;
 }
