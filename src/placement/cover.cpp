@@ -23,14 +23,13 @@ int mostGain(const CoverTable& table, Kind kind, Squares squares, Squares open) 
   return most;
 }
 
-// The fewest squares of `open` it covers whichever of `squares` it takes.
-int leastGain(const CoverTable& table, Kind kind, Squares squares, Squares open) {
-  if (squares == 0) return 0;
-  int least = 64;
-  for (; squares != 0 && least > 0; squares &= squares - 1) {
-    least = std::min(least, countOf(table[kind][static_cast<std::size_t>(lowestOf(squares))] & open));
+// Whether from one of `squares` it covers no more than `most` of `open`.
+bool someGainWithin(const CoverTable& table, Kind kind, Squares squares, Squares open, int most) {
+  if (squares == 0) return true;  // no room: nothing follows to be judged
+  for (; squares != 0; squares &= squares - 1) {
+    if (countOf(table[kind][static_cast<std::size_t>(lowestOf(squares))] & open) <= most) return true;
   }
-  return least;
+  return false;
 }
 
 }  // namespace
@@ -75,8 +74,8 @@ void Search::buildCoverTables() {
 // Whether some completion of the placed men may score the best score or
 // better. Goal 801: the squares no man can cover, less what each man still
 // to come can cover at most, must not exceed the best score. Goal 802: the
-// squares no man covers for sure, less the fewest any man to come must
-// cover, must reach it.
+// squares no man covers for sure must reach it, and every man to come must
+// have a square where he does not cover more than the difference.
 bool Search::coverCanKeep(int man) const {
   const Level& level = levels_[static_cast<std::size_t>(man)];
   const Piece& piece = layout_.piece(man);
@@ -84,7 +83,9 @@ bool Search::coverCanKeep(int man) const {
   const Squares free = ~level.occupied;
   if (goal_ == Goal::AttackingSquares) {
     const Squares open = ~level.coverMax;
-    int fewest = countOf(open) - piece.remaining * mostGain(maxCover_, piece.kind, current, open);
+    int fewest = countOf(open);
+    if (fewest <= best_) return true;
+    fewest -= piece.remaining * mostGain(maxCover_, piece.kind, current, open);
     for (int index = piece.group + 1; index < layout_.groupCount() && fewest > best_; ++index) {
       const Group& group = layout_.group(index);
       fewest -= group.count * mostGain(maxCover_, group.kind, free, open);
@@ -92,12 +93,13 @@ bool Search::coverCanKeep(int man) const {
     return fewest <= best_;
   }
   const Squares open = ~level.coverMin;
-  int gain = leastGain(minCover_, piece.kind, current, open);
+  const int slack = countOf(open) - best_;
+  if (slack < 0 || !someGainWithin(minCover_, piece.kind, current, open, slack)) return false;
   for (int index = piece.group + 1; index < layout_.groupCount(); ++index) {
     const Group& group = layout_.group(index);
-    gain = std::max(gain, leastGain(minCover_, group.kind, free, open));
+    if (!someGainWithin(minCover_, group.kind, free, open, slack)) return false;
   }
-  return countOf(open) - gain >= best_;
+  return true;
 }
 
 // Before the last man: the cover of the men placed, and the squares on their
@@ -140,11 +142,17 @@ bool Search::scoreLastMan(SearchHost& host, Squares region) {
     host.examine(static_cast<Count>(countOf(region)));
     return false;
   }
+  const auto kind = static_cast<std::size_t>(layout_.piece(last).kind);
   Count examined = 0;
   for (Squares rest = region; rest != 0; rest &= rest - 1) {
     const int square = lowestOf(rest);
     ++examined;
-    if (keep(64 - countOf(coverWith(square)))) {
+    // What the last man covers for sure, or at most, may already decide.
+    const bool hopeless =
+        goal_ == Goal::AttackingSquares
+            ? 64 - countOf(level.coverMax | maxCover_[kind][static_cast<std::size_t>(square)]) > best_
+            : 64 - countOf(level.coverMin | minCover_[kind][static_cast<std::size_t>(square)]) < best_;
+    if (!hopeless && keep(64 - countOf(coverWith(square)))) {
       host.examine(examined);
       level.cursor = square + 1;
       squares_[static_cast<std::size_t>(last)] = square;

@@ -46,6 +46,7 @@ using Count = std::uint64_t;
 inline constexpr Count kCountLimit = Count{2'147'483'647} * 1'000'000'000u + 999'999'999u;
 constexpr Count addCounts(Count a, Count b) { return a > kCountLimit - b ? kCountLimit : a + b; }
 constexpr Count multiplyCounts(Count a, Count b) {
+  if (((a | b) >> 30) == 0) return a * b;  // below 2^60, far from the limit
   if (a == 0 || b == 0) return 0;
   return a > kCountLimit / b ? kCountLimit : a * b;
 }

@@ -73,9 +73,15 @@ void PlacementJob::reportFind() {
 // intervals they span; the countdown keeps its place within the interval.
 void PlacementJob::examine(Count placements) {
   if (placements == 0) return;
+  const Count before = examined_;
   examined_ = addCounts(examined_, placements);
-  tested_.billions = static_cast<std::int32_t>(examined_ / jobs::BigCount::kBillion);
-  tested_.remainder = static_cast<std::int32_t>(examined_ % jobs::BigCount::kBillion);
+  const Count added = examined_ - before;
+  if (added < static_cast<Count>(jobs::BigCount::kBillion - tested_.remainder)) {
+    tested_.remainder += static_cast<std::int32_t>(added);
+  } else {
+    tested_.billions = static_cast<std::int32_t>(examined_ / jobs::BigCount::kBillion);
+    tested_.remainder = static_cast<std::int32_t>(examined_ % jobs::BigCount::kBillion);
+  }
   const auto countdown = static_cast<Count>(countdown_);
   if (placements < countdown) {
     countdown_ -= static_cast<int>(placements);
