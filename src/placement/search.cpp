@@ -28,7 +28,7 @@ void Search::reset(const Layout& layout, Goal goal) {
     levels_[0].viable = coverCanKeep(0);
     if (layout_.pieceCount() == 1) prepareLastMan(0);
   } else {
-    levels_[0].viable = laterGroupsFit(0);
+    levels_[0].viable = restFits(0);
   }
 }
 
@@ -41,28 +41,35 @@ Step Search::run(SearchHost& host) {
     if (man == last && coverGoal()) {
       if (scoreLastMan(host, open)) return Step::Found;
     } else if (const int square = nextSquare(man, open); square >= 0) {
-      host.examine(leavesBefore(man, open, square));
-      levels_[static_cast<std::size_t>(man)].cursor = square + 1;
-      squares_[static_cast<std::size_t>(man)] = square;
-      if (man == 0) {
-        const Piece& first = layout_.piece(0);
-        host.firstManMoved(countOf(first.range & ~squaresFrom(square)),
-                           countOf(first.range) - layout_.group(0).count + 1);
-      }
-      if (man == last) {  // every square offered to the last man keeps the placement free of attacks
-        host.examine(1);
-        ++found_;
-        return Step::Found;
-      }
-      place(man, square);
-      ++depth_;
+      if (take(host, man, open, square)) return Step::Found;
       continue;
     } else {
       host.examine(leaves(man, open));
     }
+    // The man has no square left: back to the man before.
     if (man == 0) return Step::Exhausted;
     --depth_;
   }
+}
+
+// The man takes the square, past the placements below the squares skipped.
+// True when the placement is complete and kept.
+bool Search::take(SearchHost& host, int man, Squares region, int square) {
+  host.examine(leavesBefore(man, region, square));
+  levels_[static_cast<std::size_t>(man)].cursor = square + 1;
+  squares_[static_cast<std::size_t>(man)] = square;
+  if (man == 0) {
+    const Piece& first = layout_.piece(0);
+    host.firstManMoved(countOf(first.range & ~squaresFrom(square)), countOf(first.range) - layout_.group(0).count + 1);
+  }
+  if (man + 1 == layout_.pieceCount()) {  // no man attacked: the last man is offered safe squares only
+    host.examine(1);
+    ++found_;
+    return true;
+  }
+  place(man, square);
+  ++depth_;
+  return false;
 }
 
 Board Search::placement() const {
@@ -120,8 +127,10 @@ void Search::place(int man, int square) {
     if (to.viable && man + 2 == layout_.pieceCount()) prepareLastMan(man + 1);
     return;
   }
-  // The square was attacked by no man and attacks none, so it stands on no
-  // man's line: the lines of the men placed before stay as they were.
+  // The square was attacked by no man and attacks none: it cuts no man's
+  // attacks short. The squares from which a man would attack a placed one
+  // lose those beyond the new man, but from there he would attack the new
+  // man, so the sets only grow. (In this goal a man reaches what he attacks.)
   const Squares lines = lineReach(square, to.occupied);
   const Squares diagonals = diagonalReach(square, to.occupied);
   to.reach = from.reach;
@@ -132,13 +141,13 @@ void Search::place(int man, int square) {
   to.reach[Bishop] |= diagonals;
   to.reach[Queen] |= lines | diagonals;
   to.attacked = from.attacked | coverReach(kind, square, to.occupied);
-  to.viable = laterGroupsFit(man + 1);
+  to.viable = restFits(man + 1);
 }
 
 // Non-attacking pieces: the rest of this man's group and every later group
 // can still find room on squares where they are not attacked and attack
 // nothing.
-bool Search::laterGroupsFit(int man) const {
+bool Search::restFits(int man) const {
   const Level& level = levels_[static_cast<std::size_t>(man)];
   const Piece& piece = layout_.piece(man);
   const Squares safe = ~level.occupied & ~level.attacked;

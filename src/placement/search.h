@@ -78,8 +78,9 @@ class Search {
   Count leaves(int man, Squares region) const;
   Count leavesBefore(int man, Squares region, int square) const;
   int nextSquare(int man, Squares region) const;
+  bool take(SearchHost& host, int man, Squares region, int square);
   void place(int man, int square);
-  bool laterGroupsFit(int man) const;
+  bool restFits(int man) const;
   bool coverCanKeep(int man) const;
   void prepareLastMan(int man);
   bool scoreLastMan(SearchHost& host, Squares region);
