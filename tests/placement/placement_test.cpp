@@ -183,6 +183,20 @@ TEST(Placement, PausesOnEachFind) {
   EXPECT_EQ(job->examined(), 4'426'165'368u);
 }
 
+// Pausing beyond the kept texts: the 990th find's row is empty, and every
+// later pause adds " ... and other".
+TEST(Placement, PausesBeyondTheKeptTexts) {
+  std::vector<std::string> rows = readLines("eight_rooks.txt");
+  rows.resize(kRowsListed);
+  rows.insert(rows.end(), 2, std::string(kAndOtherRow));
+  Recorder recorder;
+  const auto job = std::make_unique<PlacementJob>(recorder, recorder, recorder);
+  jobs::RunEnd end = job->start({{0, 0, 8}, Goal::NonAttackingPieces, true});
+  for (std::size_t pause = 1; pause < rows.size() && end == jobs::RunEnd::Solution; ++pause) end = job->resume();
+  EXPECT_EQ(recorder.panel.rows(), rows);
+  EXPECT_EQ(recorder.panel.caption(Caption::Positions), "992");
+}
+
 // Table: counts | goal | golden file with the panel's text after the run.
 TEST(Placement, ListedPositions) {
   for (const auto& row : readTable("listed.txt")) {
