@@ -35,6 +35,7 @@ class UsageError : public std::runtime_error {
 void addPerftCommand(CLI::App& app, int& status);
 void addSolveCommand(CLI::App& app, int& status);
 void addCountCommand(CLI::App& app, int& status);
+void addPlaceCommand(CLI::App& app, int& status);
 
 // --fen and --ep.
 struct PositionOptions {

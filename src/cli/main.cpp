@@ -124,6 +124,7 @@ int main(int argc, char** argv) {
   addPerftCommand(app, status);
   addSolveCommand(app, status);
   addCountCommand(app, status);
+  addPlaceCommand(app, status);
   try {
     app.parse(argc, argv);
   } catch (const CLI::CallForHelp&) {
