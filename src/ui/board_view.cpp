@@ -129,7 +129,7 @@ void BoardView::keyPressEvent(QKeyEvent* event) {
     case Qt::Key_Up: moved = row > 0 ? cursor_ - 8 : cursor_; break;
     case Qt::Key_Down: moved = row < 7 ? cursor_ + 8 : cursor_; break;
     default:
-      if (!editable_ || event->text().isEmpty() && event->key() != Qt::Key_Delete) {
+      if (!editable_ || (event->text().isEmpty() && event->key() != Qt::Key_Delete)) {
         QWidget::keyPressEvent(event);
         return;
       }
