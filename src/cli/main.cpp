@@ -124,6 +124,9 @@ int main(int argc, char** argv) {
   addPerftCommand(app, status);
   addSolveCommand(app, status);
   addCountCommand(app, status);
+  addExportCommand(app, status);
+  addSaveCommand(app, status);
+  addShowCommand(app, status);
   try {
     app.parse(argc, argv);
   } catch (const CLI::CallForHelp&) {
