@@ -95,8 +95,7 @@ BoardSetup afterMove(const BoardSetup& before, const FirstMove& move, core::PlyS
   core::setUpRoot(scratch, before);
   core::applyFirstMove(scratch, move);
   BoardSetup after = before;
-  for (int square = 0; square < 64; ++square)
-    after.board[static_cast<std::size_t>(square)] = scratch[2].position.board[square];
+  for (std::size_t square = 0; square < 64; ++square) after.board[square] = scratch[2].position.board[square];
   after.sideToMove = -before.sideToMove;
   const bool white = move.movedPiece > 0;
   const int king = white ? 60 : 4;  // e1, e8
