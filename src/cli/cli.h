@@ -16,12 +16,14 @@
 #include "core/stipulation.h"
 #include "jobs/job.h"
 #include "solver/report_writer.h"
+#include "solver/solver_job.h"
 
 namespace velkaro::cli {
 
 // Exit statuses the command line promises.
-inline constexpr int kExitRefused = 2;  // the set-up was refused; the message is on stderr
-inline constexpr int kExitUsage = 64;   // bad arguments; what was wrong and a usage line are on stderr
+inline constexpr int kExitRefused = 2;    // the set-up was refused; the message is on stderr
+inline constexpr int kExitUsage = 64;     // bad arguments; what was wrong and a usage line are on stderr
+inline constexpr int kExitFileError = 1;  // a file could not be read or written; the message is on stderr
 
 // Thrown from a command's callback when its arguments, read together, make no
 // sense; main turns it into a message, the usage line and status 64.
@@ -35,7 +37,26 @@ class UsageError : public std::runtime_error {
 void addPerftCommand(CLI::App& app, int& status);
 void addSolveCommand(CLI::App& app, int& status);
 void addCountCommand(CLI::App& app, int& status);
+<<<<<<< HEAD
 void addPlaceCommand(CLI::App& app, int& status);
+=======
+void addExportCommand(CLI::App& app, int& status);
+void addSaveCommand(CLI::App& app, int& status);
+void addShowCommand(CLI::App& app, int& status);
+
+// solve --file: the positions of a FEN, EPD or PGN file, each with the
+// stipulation its record carries.
+struct BatchOptions {
+  std::string file;
+  int line = 0;  // 1 for the file's first line; 0: every line that holds a position
+  int jobs = 0;  // problems solved at once; 0: one per core
+};
+// --file, --line and --jobs; --file takes the place of --fen, --stip and --ep.
+void addBatchOptions(CLI::App& command, BatchOptions& options);
+// Solves the file's problems with the options of `settings` (its set-up and
+// stipulation are each record's own), printing each in file order.
+int runBatchSolve(const BatchOptions& options, const solver::SolveSettings& settings, int language);
+>>>>>>> formats
 
 // --fen and --ep.
 struct PositionOptions {

@@ -1,0 +1,2 @@
+Solution No 1
+No more solutions
