@@ -37,9 +37,7 @@ class UsageError : public std::runtime_error {
 void addPerftCommand(CLI::App& app, int& status);
 void addSolveCommand(CLI::App& app, int& status);
 void addCountCommand(CLI::App& app, int& status);
-<<<<<<< HEAD
 void addPlaceCommand(CLI::App& app, int& status);
-=======
 void addExportCommand(CLI::App& app, int& status);
 void addSaveCommand(CLI::App& app, int& status);
 void addShowCommand(CLI::App& app, int& status);
@@ -56,7 +54,6 @@ void addBatchOptions(CLI::App& command, BatchOptions& options);
 // Solves the file's problems with the options of `settings` (its set-up and
 // stipulation are each record's own), printing each in file order.
 int runBatchSolve(const BatchOptions& options, const solver::SolveSettings& settings, int language);
->>>>>>> formats
 
 // --fen and --ep.
 struct PositionOptions {

@@ -124,13 +124,10 @@ int main(int argc, char** argv) {
   addPerftCommand(app, status);
   addSolveCommand(app, status);
   addCountCommand(app, status);
-<<<<<<< HEAD
   addPlaceCommand(app, status);
-=======
   addExportCommand(app, status);
   addSaveCommand(app, status);
   addShowCommand(app, status);
->>>>>>> formats
   try {
     app.parse(argc, argv);
   } catch (const CLI::CallForHelp&) {
