@@ -84,7 +84,9 @@ PrintDialog::PrintDialog(const PrintContent& content, QWidget* parent)
   resize(sizeHint().width(), qMin(wanted, room));
 }
 
-PrintDialog::~PrintDialog() = default;
+// A printer dialog still waiting to be deleted must not outlive the printer
+// it points to.
+PrintDialog::~PrintDialog() { qDeleteAll(findChildren<QPrintDialog*>(Qt::FindDirectChildrenOnly)); }
 
 QWidget* PrintDialog::createChoices() {
   auto* choices = new QWidget(this);
