@@ -21,6 +21,7 @@
 #include "ui/import_fen_dialog.h"
 #include "ui/main_window.h"
 #include "ui/piece_palette.h"
+#include "ui/print_dialog.h"
 #include "ui/progress_panel.h"
 #include "ui/solver_panel.h"
 #include "ui/tool_icons.h"
@@ -87,7 +88,7 @@ void MainWindow::createActions() {
   for (const auto& [tool, menu] : aliases) addAlias(tool, menu);
 }
 
-// Open, Save, Save as, Export FEN and Print are shown but not yet available.
+// Open, Save, Save as and Export FEN are shown but not yet available.
 void MainWindow::createFileCommands() {
   const struct {
     int command;
@@ -106,9 +107,11 @@ void MainWindow::createFileCommands() {
   for (const auto& entry : fileCommands) {
     QAction* action = addCommand(entry.command, QString::fromLatin1(entry.text), QString::fromLatin1(entry.toolTip));
     action->setShortcut(entry.shortcut);
-    action->setEnabled(entry.command == ImportFen || entry.command == Exit);
+    action->setEnabled(entry.command == ImportFen || entry.command == Print || entry.command == Exit);
   }
   connect(actions_[ImportFen], &QAction::triggered, this, &MainWindow::importFen);
+  connect(actions_[Print], &QAction::triggered, this,
+          [this] { openPrintDialog(document_, *progressPanel_, this); });
   connect(actions_[Exit], &QAction::triggered, this, &QWidget::close);
 }
 
