@@ -48,6 +48,7 @@ struct SolverOptions {
   bool stopOnFirstSolution = true;  // "Stop on first solution"
   bool testAllSecondMoves = false;  // "Testing all second moves"
   bool counting = false;            // the last run counted continuations (the Variants tab)
+  bool operator==(const SolverOptions&) const = default;
 };
 
 // The line the last run stood at, as the "Analysing moves:" boxes show it:

@@ -1,6 +1,6 @@
-// velkaro: the desktop program. With a FEN, EPD or PGN file named on the
-// command line, the window opens on the first position of that file; without
-// one, on the men of a game's start. With --print-pdf it writes the file's
+// velkaro: the desktop program. With a problem file, or a FEN, EPD or PGN
+// file, named on the command line, the window opens on that problem (the
+// file's first position); without one, on the men of a game's start. With --print-pdf it writes the file's
 // print page to a PDF instead and shows no window.
 
 #include <QApplication>
@@ -52,7 +52,8 @@ int main(int argc, char* argv[]) {
                                  QStringLiteral("Solve the problem fully before writing the PDF."));
   parser.addOptions({printPdf, caption, solve});
   parser.addPositionalArgument(QStringLiteral("file"),
-                               QStringLiteral("A FEN, EPD or PGN file; its first position is set up."),
+                               QStringLiteral("A problem file (.kvz), or a FEN, EPD or PGN file whose first "
+                                              "position is set up."),
                                QStringLiteral("[file]"));
   parser.process(app);
 
@@ -66,6 +67,8 @@ int main(int argc, char* argv[]) {
   velkaro::ui::MainWindow window(velkaro::ui::chooseProblemFolder());
   if (files.isEmpty()) {
     window.setUpInitialPosition();
+  } else if (files.first().endsWith(QStringLiteral(".kvz"), Qt::CaseInsensitive)) {
+    window.openProblemFile(files.first());
   } else if (!window.openFirstPosition(files.first())) {
     qWarning("velkaro: no FEN position in %s", qPrintable(files.first()));
   }

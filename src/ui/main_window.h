@@ -8,6 +8,7 @@
 #include <QMainWindow>
 #include <QStringList>
 #include <QUndoStack>
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -126,6 +127,27 @@ class MainWindow : public QMainWindow {
   void restoreWindowState();
   void saveWindowState() const;
 
+  // Problem files, Export FEN, Copy and Paste FEN, dropped files
+  // (main_window_problem.cpp).
+ public:
+  bool openProblemFile(const QString& path);
+
+ protected:
+  void dragEnterEvent(QDragEnterEvent* event) override;
+  void dropEvent(QDropEvent* event) override;
+
+ private:
+  void createProblemCommands();
+  void openProblem();
+  void showSolutionText();
+  void saveProblem();
+  void saveProblemAs(std::function<void()> then = {});
+  bool writeProblemFile(const QString& path);
+  void exportFen();
+  void copyFen();
+  void pasteFen();
+  bool mayClose();
+
   // Imports, Next and Previous problem and the recent files
   // (main_window_files.cpp).
   void createFileNavigation();
@@ -170,6 +192,8 @@ class MainWindow : public QMainWindow {
   void selectFirstMove();
 
   QString problemFolder_;
+  QString problemFile_;  // the problem file last opened or saved
+  QString exportFolder_;
   QString importFolder_;
   // The file last imported from and its line, for Next and Previous problem.
   QString importPath_;

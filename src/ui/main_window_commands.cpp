@@ -66,6 +66,7 @@ QAction* MainWindow::commandAction(int command) const {
 
 void MainWindow::createActions() {
   createFileCommands();
+  createProblemCommands();
   createFileNavigation();
   createEditCommands();
   createOptionCommands();
@@ -152,7 +153,7 @@ void MainWindow::createMenus() {
   QMenu* edit = menuBar()->addMenu(QStringLiteral("&Edit"));
   for (int command : {Undo, Redo}) edit->addAction(actions_[command]);
   edit->addSeparator();
-  edit->addAction(actions_[CopySolution]);
+  for (int command : {CopyFen, PasteFen, CopySolution}) edit->addAction(actions_[command]);
 
   QMenu* option = menuBar()->addMenu(QStringLiteral("&Option"));
   option->addAction(actions_[SearchMinimumMoves]);

@@ -87,11 +87,7 @@ void MainWindow::createEditCommands() {
 
   resultPane_->setContextMenuPolicy(Qt::CustomContextMenu);
   connect(resultPane_, &QWidget::customContextMenuRequested, this, &MainWindow::showResultMenu);
-  auto* copyLines = new QAction(QStringLiteral("Copy"), resultPane_);
-  copyLines->setShortcuts(QKeySequence::Copy);
-  copyLines->setShortcutContext(Qt::WidgetShortcut);
-  resultPane_->addAction(copyLines);
-  connect(copyLines, &QAction::triggered, this, &MainWindow::copySelectedLines);
+  connect(resultPane_, &ResultPane::copyRequested, this, &MainWindow::copySelectedLines);
   connect(boardView_, &BoardView::keyPressedOnSquare, this, &MainWindow::keyOnBoard);
 
   status_ = new QLabel(this);

@@ -71,6 +71,8 @@ bool MainWindow::importLine(const QString& path, int row) {
     return false;
   }
   takeOverImport(import.result());
+  document_.setModified(false);
+  problemFile_.clear();
   importFolder_ = QFileInfo(path).absolutePath();
   importPath_ = QFileInfo(path).absoluteFilePath();
   importRow_ = row;
@@ -110,7 +112,11 @@ void MainWindow::showRecentFiles() {
       const qsizetype colon = entry.lastIndexOf(':');
       bool numbered = false;
       const int line = colon > 0 ? entry.mid(colon + 1).toInt(&numbered) : 0;
-      if (numbered) importLine(entry.left(colon), line - 1);
+      if (numbered) {
+        importLine(entry.left(colon), line - 1);
+      } else {
+        openProblemFile(entry);
+      }
     });
   }
   recentMenu_->setEnabled(!recentFiles_.isEmpty());

@@ -44,6 +44,7 @@ void MainWindow::startJob() {
   const std::optional<JobRunner::Kind> kind = jobKind();
   if (runner_->running() || !kind) return;
   const RunOptions options = runOptions();
+  document_.setLastRunCounted(*kind == JobRunner::Kind::Counting);
   clearResults();
   writer_ = std::make_unique<solver::ReportWriter>(resultModel_, options.language);
   setRunLocked(true);
@@ -79,7 +80,15 @@ void MainWindow::takeMail() {
     if (batch.resultShown) resultPane_->scrollToBottom();
     if (batch.beep) QApplication::beep();
   }
-  if (mail.panel) showPanel(*mail.panel);
+  if (mail.panel) {
+    showPanel(*mail.panel);
+    if (mail.panel->showsLine) {
+      const jobs::Progress& progress = mail.panel->progress;
+      const int moves = std::min(core::kShownLineMoves, std::max(2, progress.linePly));
+      document_.setCurrentLine({progress.lineDepth, progress.linePly,
+                                std::vector<core::MoveRecord>(progress.line.begin(), progress.line.begin() + moves)});
+    }
+  }
   if (mail.more) QMetaObject::invokeMethod(this, &MainWindow::takeMail, Qt::QueuedConnection);
   if (mail.end) endRun(*mail.end, mail.refusal);
 }
@@ -175,6 +184,10 @@ void MainWindow::closeEvent(QCloseEvent* event) {
   if (runner_->running()) {
     closeAfterRun_ = true;
     runner_->requestStop();
+    event->ignore();
+    return;
+  }
+  if (!mayClose()) {
     event->ignore();
     return;
   }

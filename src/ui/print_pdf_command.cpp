@@ -15,6 +15,7 @@
 #include <vector>
 
 #include "formats/fen.h"
+#include "formats/problem_file.h"
 #include "jobs/progress_text.h"
 #include "solver/report_writer.h"
 #include "solver/solver_job.h"
@@ -60,8 +61,12 @@ std::optional<QString> loadProblem(const QString& path, ProblemDocument& documen
   if (!QFileInfo(path).isReadable()) return QStringLiteral("%1 cannot be read").arg(path);
   const QString suffix = QFileInfo(path).suffix().toLower();
   if (suffix == QLatin1String("kvz")) {
-    // Problem files have a reader of their own, which does not exist yet.
-    return QStringLiteral("%1: .kvz problem files cannot be read in this version").arg(path);
+    formats::ProblemData problem = document.problemData();
+    if (!formats::OpenProblem(std::filesystem::path(path.toStdU16String()), problem)) {
+      return QStringLiteral("%1 cannot be read").arg(path);
+    }
+    document.takeProblem(problem);
+    return std::nullopt;
   }
   if (!readFirstPosition(path, document)) return QStringLiteral("no FEN position in %1").arg(path);
   return std::nullopt;

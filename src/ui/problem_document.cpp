@@ -20,6 +20,7 @@ void ProblemDocument::setupEdited() {
   firstMove_.reset();
   emit setupChanged();
   emit firstMoveChanged();
+  setModified(true);
 }
 
 void ProblemDocument::setSetup(const core::BoardSetup& setup) {
@@ -59,28 +60,58 @@ void ProblemDocument::setStipulation(const core::Stipulation& stipulation) {
   const int moves = stipulation.moves > 0 ? stipulation.moves : stipulation_.moves;
   stipulation_ = {stipulation.helpmate, stipulation.selfmate && !stipulation.helpmate, moves};
   emit stipulationChanged();
+  setModified(true);
 }
 
 void ProblemDocument::setOptions(const SolverOptions& options) {
   if (options == options_) return;
   options_ = options;
   emit optionsChanged();
+  setModified(true);
 }
 
 void ProblemDocument::setFirstMove(const std::optional<core::FirstMove>& move) {
   firstMove_ = move;
   emit firstMoveChanged();
+  setModified(true);
 }
 
 void ProblemDocument::clearSolution() {
   records_.clear();
   text_.clear();
+  line_ = formats::CurrentLine{};
   emit solutionCleared();
 }
 
 void ProblemDocument::addSolution(const std::vector<solver::Record>& records, const std::string& text) {
   records_.insert(records_.end(), records.begin(), records.end());
   text_ += text;
+}
+
+}  // namespace velkaro::ui
+
+namespace velkaro::ui {
+
+void ProblemDocument::setModified(bool modified) {
+  if (modified == modified_) return;
+  modified_ = modified;
+  emit modifiedChanged(modified);
+}
+
+formats::ProblemData ProblemDocument::problemData() const {
+  return {setup_, stipulation_, options_, firstMove_, line_, text_};
+}
+
+// The set-up first: it drops the first move, which the problem then brings.
+void ProblemDocument::takeProblem(const formats::ProblemData& problem) {
+  setSetup(problem.setup);
+  setStipulation(problem.stipulation);
+  setOptions(problem.options);
+  setFirstMove(problem.firstMove);
+  records_.clear();
+  text_ = problem.solutionText;
+  line_ = problem.line;
+  setModified(false);
 }
 
 }  // namespace velkaro::ui

@@ -13,17 +13,13 @@
 #include "core/first_moves.h"
 #include "core/position.h"
 #include "core/stipulation.h"
+#include "formats/problem_file.h"
 #include "solver/records.h"
 #include "ui/board_transform.h"
 
 namespace velkaro::ui {
 
-struct SolverOptions {
-  bool minimumMoves = false;        // "Search minimum moves"
-  bool stopOnFirstSolution = true;  // "Stop on first solution", on at start-up
-  bool testAllSecondMoves = false;  // "Testing all second moves" (never for helpmates)
-  bool operator==(const SolverOptions&) const = default;
-};
+using formats::SolverOptions;
 
 class ProblemDocument : public QObject {
   Q_OBJECT
@@ -57,11 +53,25 @@ class ProblemDocument : public QObject {
   void setFirstMove(const std::optional<core::FirstMove>& move);
 
   // The last run's results: the records a run emitted and the plain text the
-  // report writer made of them.
+  // report writer made of them, and the line it last stood at.
   const std::vector<solver::Record>& solutionRecords() const { return records_; }
   const std::string& solutionText() const { return text_; }
   void clearSolution();
   void addSolution(const std::vector<solver::Record>& records, const std::string& text);
+  const formats::CurrentLine& currentLine() const { return line_; }
+  void setCurrentLine(const formats::CurrentLine& line) { line_ = line; }
+  // Whether the last run counted continuations (the Variants tab). A run
+  // changes nothing the user set, so this leaves the problem unmodified.
+  void setLastRunCounted(bool counted) { options_.counting = counted; }
+
+  // The whole problem as a problem file keeps it, and back. A problem read
+  // from a file brings its solution as text only.
+  formats::ProblemData problemData() const;
+  void takeProblem(const formats::ProblemData& problem);
+
+  // Changed since it was opened, saved or imported.
+  bool modified() const { return modified_; }
+  void setModified(bool modified);
 
  signals:
   void setupChanged();
@@ -69,6 +79,7 @@ class ProblemDocument : public QObject {
   void optionsChanged();
   void firstMoveChanged();
   void solutionCleared();
+  void modifiedChanged(bool modified);
 
  private:
   void setupEdited();
@@ -80,6 +91,8 @@ class ProblemDocument : public QObject {
   std::optional<core::FirstMove> firstMove_;
   std::vector<solver::Record> records_;
   std::string text_;
+  formats::CurrentLine line_;
+  bool modified_ = false;
 };
 
 }  // namespace velkaro::ui

@@ -5,6 +5,7 @@
 
 #include <QFontDatabase>
 #include <QHeaderView>
+#include <QKeyEvent>
 
 #include "ui/result_model.h"
 
@@ -27,6 +28,24 @@ ResultPane::ResultPane(ResultModel& model, QWidget* parent) : QTreeView(parent),
       if (model_.rowCount(root) > 0) expand(root);
     }
   });
+}
+
+// The copy keys belong to the tree while it has the focus, before the
+// window's Copy FEN sees them.
+bool ResultPane::event(QEvent* event) {
+  if (event->type() == QEvent::ShortcutOverride && static_cast<QKeyEvent*>(event)->matches(QKeySequence::Copy)) {
+    event->accept();
+    return true;
+  }
+  return QTreeView::event(event);
+}
+
+void ResultPane::keyPressEvent(QKeyEvent* event) {
+  if (event->matches(QKeySequence::Copy)) {
+    emit copyRequested();
+    return;
+  }
+  QTreeView::keyPressEvent(event);
 }
 
 }  // namespace velkaro::ui

@@ -16,6 +16,14 @@ class ResultPane : public QTreeView {
 
   ResultModel& results() const { return model_; }
 
+ signals:
+  // The platform's copy keys: the selected lines go to the clipboard.
+  void copyRequested();
+
+ protected:
+  bool event(QEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+
  private:
   ResultModel& model_;
 };
