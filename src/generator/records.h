@@ -35,15 +35,20 @@ struct Problem {
 
 // The run is testing placements: the list's last row says so until the next
 // problem or the end replaces it.
-struct Testing {};
+struct Testing {
+  bool operator==(const Testing&) const = default;
+};
 
 // The placements (in turn) are exhausted without a further problem.
 struct NoFound {
   bool more = false;  // problems were found earlier in the run
+  bool operator==(const NoFound&) const = default;
 };
 
 // The list is full: the last problem was the 990th.
-struct AndOther {};
+struct AndOther {
+  bool operator==(const AndOther&) const = default;
+};
 
 using Record = std::variant<Testing, Problem, NoFound, AndOther>;
 
