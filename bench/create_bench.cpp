@@ -89,7 +89,7 @@ int main(int argc, char** argv) {
   const std::uint64_t mateIn3Placements = argc > 1 ? std::stoull(argv[1]) : 3000;
   const Workload workloads[] = {
       {"#2, kings fixed, +Q R N", "8/8/8/2k5/8/8/8/3K4 w - -", 2, {1, 1, 0, 1, 0}, 0},
-      {"#3, kings fixed, +R B N", "7k/8/5K2/8/8/8/8/8 w - -", 3, {0, 1, 1, 1, 0}, mateIn3Placements},
+      {"#3, kings fixed, +R B N", "8/8/8/2k5/8/8/8/3K4 w - -", 3, {0, 1, 1, 1, 0}, mateIn3Placements},
   };
   const std::string only = argc > 2 ? argv[2] : "";
   const int onlyThreads = argc > 3 ? std::stoi(argv[3]) : 0;

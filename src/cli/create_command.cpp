@@ -66,11 +66,10 @@ void readSquares(const std::string& text, generator::SquareMaps& maps, std::vect
 
 generator::CreateSettings settingsFrom(const CreateOptions& options) {
   generator::CreateSettings settings;
-  const core::Stipulation stipulation = stipulationFrom(options.stipulation, 3);
-  if (stipulation.helpmate || stipulation.selfmate || stipulation.moves < 2) {
+  if (options.stipulation != "#2" && options.stipulation != "#3") {
     throw UsageError("--stip needs #2 or #3, not \"" + options.stipulation + "\"");
   }
-  settings.moves = stipulation.moves;
+  settings.moves = options.stipulation[1] - '0';
   settings.setup = setupFrom(PositionOptions{options.fen, ""});
   if (settings.setup.sideToMove != core::White) throw UsageError("--fen: the problems are White to play");
   settings.white = addedMen(options.white, "--white");

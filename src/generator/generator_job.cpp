@@ -57,11 +57,8 @@ jobs::RunEnd GeneratorJob::start(const CreateSettings& settings) {
     return finishRun();
   }
   prepareSource(groupList(settings_, true), firstPlacement);
-  if (settings_.threads > 1) {
-    pool_ = std::make_unique<TesterPool>(settings_, settings_.threads);
-  } else {
-    tester_ = std::make_unique<PlacementTester>(settings_);
-  }
+  tester_ = std::make_unique<PlacementTester>(settings_);
+  if (settings_.threads > 1) pool_ = std::make_unique<TesterPool>(settings_, settings_.threads - 1);
   records_.record(Testing{});
   return runLoop();
 }
@@ -85,7 +82,6 @@ core::BoardSetup GeneratorJob::setupOf(const Problem& problem) const {
 void GeneratorJob::prepareSource(const std::vector<Group>& groups, const Odometer& firstPlacement) {
   odometer_.reset();
   random_.reset();
-  tester_.reset();
   const Board fixed = fixedBoard(settings_.setup);
   if (settings_.atRandom) {
     random_.emplace(fixed, groups, settings_.seed);
@@ -131,7 +127,7 @@ GeneratorJob::Supply GeneratorJob::nextTested(Tested& tested) {
     pool_->add(board);
   }
   if (pool_->pending() == 0) return Supply::Exhausted;
-  tested = pool_->takeOldest();
+  tested = pool_->takeOldest(*tester_);
   return Supply::Tested;
 }
 

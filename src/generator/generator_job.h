@@ -58,8 +58,8 @@ class GeneratorJob : public jobs::Job {
   bool odometerPrimed_ = false;  // the odometer stands on a placement not yet handed out
   bool odometerExhausted_ = false;
   std::optional<RandomPlacer> random_;
-  std::unique_ptr<PlacementTester> tester_;  // one thread
-  std::unique_ptr<TesterPool> pool_;         // several threads
+  std::unique_ptr<PlacementTester> tester_;  // the run's own thread
+  std::unique_ptr<TesterPool> pool_;         // the other threads, if any
 };
 
 }  // namespace velkaro::generator

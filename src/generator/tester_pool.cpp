@@ -1,12 +1,13 @@
 // The threads of a tester pool: each takes the oldest placement nobody has
 // taken yet, tests it without the lock, and files the verdict in its slot.
+// The run's thread does the same while the oldest is still being tested.
 
 #include "generator/tester_pool.h"
 
 namespace velkaro::generator {
 
-TesterPool::TesterPool(const CreateSettings& settings, int threads) {
-  for (int index = 0; index < threads; ++index) testers_.push_back(std::make_unique<PlacementTester>(settings));
+TesterPool::TesterPool(const CreateSettings& settings, int helpers) {
+  for (int index = 0; index < helpers; ++index) testers_.push_back(std::make_unique<PlacementTester>(settings));
   for (auto& tester : testers_) threads_.emplace_back([this, &tester] { work(*tester); });
 }
 
@@ -32,9 +33,15 @@ void TesterPool::add(const Board& board) {
   workReady_.notify_one();
 }
 
-Tested TesterPool::takeOldest() {
+Tested TesterPool::takeOldest(PlacementTester& own) {
   std::unique_lock lock(mutex_);
-  oldestDone_.wait(lock, [this] { return slots_.front().done; });
+  while (!slots_.front().done) {
+    if (untestedWaiting()) {
+      testNext(lock, own);
+    } else {
+      oldestDone_.wait(lock);
+    }
+  }
   Tested tested = slots_.front().tested;
   slots_.pop_front();
   ++oldest_;
@@ -58,22 +65,26 @@ void TesterPool::resume() {
 void TesterPool::work(PlacementTester& tester) {
   std::unique_lock lock(mutex_);
   for (;;) {
-    workReady_.wait(lock, [this] { return closing_ || (!held_ && nextToTest_ < oldest_ + slots_.size()); });
+    workReady_.wait(lock, [this] { return closing_ || untestedWaiting(); });
     if (closing_) return;
-    const std::uint64_t number = nextToTest_++;
-    const Board board = slots_[static_cast<std::size_t>(number - oldest_)].tested.board;
-    ++busy_;
-    lock.unlock();
-    const Verdict verdict = tester.test(board);
-    lock.lock();
-    --busy_;
-    // The slot is still there: only tested slots are taken back.
-    Slot& slot = slots_[static_cast<std::size_t>(number - oldest_)];
-    slot.tested.verdict = verdict;
-    slot.done = true;
-    if (number == oldest_) oldestDone_.notify_one();
-    if (busy_ == 0 && held_) idle_.notify_all();
+    testNext(lock, tester);
   }
+}
+
+void TesterPool::testNext(std::unique_lock<std::mutex>& lock, PlacementTester& tester) {
+  const std::uint64_t number = nextToTest_++;
+  const Board board = slots_[static_cast<std::size_t>(number - oldest_)].tested.board;
+  ++busy_;
+  lock.unlock();
+  const Verdict verdict = tester.test(board);
+  lock.lock();
+  --busy_;
+  // The slot is still there: only tested slots are taken back.
+  Slot& slot = slots_[static_cast<std::size_t>(number - oldest_)];
+  slot.tested.verdict = verdict;
+  slot.done = true;
+  if (number == oldest_) oldestDone_.notify_one();
+  if (busy_ == 0 && held_) idle_.notify_all();
 }
 
 }  // namespace velkaro::generator

@@ -3,7 +3,8 @@
 // handed in. The run keeps producing placements in order and committing
 // results in order, so the list is the same as with one thread; only the
 // testing, the costly part, runs side by side, each thread with its own
-// tester and key finder.
+// tester and key finder. The run's own thread tests too while it waits for
+// the oldest placement, so n threads keep n cores busy, no more.
 
 #include <condition_variable>
 #include <cstdint>
@@ -19,7 +20,8 @@ namespace velkaro::generator {
 
 class TesterPool {
  public:
-  TesterPool(const CreateSettings& settings, int threads);
+  // `helpers` threads besides the run's own.
+  TesterPool(const CreateSettings& settings, int helpers);
   ~TesterPool();
   TesterPool(const TesterPool&) = delete;
   TesterPool& operator=(const TesterPool&) = delete;
@@ -27,8 +29,9 @@ class TesterPool {
   // Placements handed in and not yet taken back.
   std::size_t pending() const;
   void add(const Board& board);
-  // The oldest placement with its verdict, once it is tested.
-  Tested takeOldest();
+  // The oldest placement with its verdict, once it is tested; meanwhile the
+  // caller tests placements nobody has taken with `own`.
+  Tested takeOldest(PlacementTester& own);
   // The threads finish what they are testing and wait; what they have not
   // begun stays queued for resume().
   void hold();
@@ -40,6 +43,10 @@ class TesterPool {
     bool done = false;
   };
   void work(PlacementTester& tester);
+  // Tests the first placement nobody has taken; the lock is held on entry
+  // and on return, not while testing.
+  void testNext(std::unique_lock<std::mutex>& lock, PlacementTester& tester);
+  bool untestedWaiting() const { return !held_ && nextToTest_ < oldest_ + slots_.size(); }
 
   mutable std::mutex mutex_;
   std::condition_variable workReady_;
