@@ -44,9 +44,8 @@ jobs::RunEnd GeneratorJob::start(const CreateSettings& settings) {
     return jobs::RunEnd::Refused;
   }
   // The first placement: every group on the first squares free for it.
-  const Board fixed = fixedBoard(settings_.setup);
-  Odometer firstPlacement(fixed, groupList(settings_, false));
-  if (!firstPlacement.first() || blackKingAttacked(firstPlacement.board())) {
+  Odometer firstPlacement(fixedBoard(settings_.setup), groupList(settings_, false));
+  if (firstPlacement.first() && blackKingAttacked(firstPlacement.board())) {
     messages_.showMessage(kCreatorCaption, "CHECKMATE !");
     return jobs::RunEnd::Refused;
   }
