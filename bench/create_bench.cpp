@@ -4,7 +4,7 @@
 // signature of its problem list, which must not depend on the threads.
 //
 //   create_bench [placements of the mate-in-3 runs] [#2|#3] [threads]
-//   (default 3000, both generations, one thread and two)
+//   (default 20000, both generations, one thread and two)
 
 #include <chrono>
 #include <cstdio>
@@ -86,7 +86,7 @@ void run(const Workload& workload, int threads) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  const std::uint64_t mateIn3Placements = argc > 1 ? std::stoull(argv[1]) : 3000;
+  const std::uint64_t mateIn3Placements = argc > 1 ? std::stoull(argv[1]) : 20000;
   const Workload workloads[] = {
       {"#2, kings fixed, +Q R N", "8/8/8/2k5/8/8/8/3K4 w - -", 2, {1, 1, 0, 1, 0}, 0},
       {"#3, kings fixed, +R B N", "8/8/8/2k5/8/8/8/3K4 w - -", 3, {0, 1, 1, 1, 0}, mateIn3Placements},
