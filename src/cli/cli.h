@@ -37,6 +37,7 @@ class UsageError : public std::runtime_error {
 void addPerftCommand(CLI::App& app, int& status);
 void addSolveCommand(CLI::App& app, int& status);
 void addCountCommand(CLI::App& app, int& status);
+void addCreateCommand(CLI::App& app, int& status);
 void addPlaceCommand(CLI::App& app, int& status);
 void addExportCommand(CLI::App& app, int& status);
 void addSaveCommand(CLI::App& app, int& status);
@@ -84,20 +85,22 @@ class PrintedText : public solver::LineSink {
   void appendText(std::string_view text) override;
 };
 
-// On a terminal the clock, the tested moves and the speed stay on one line
-// of stderr while a job runs.
+// On a terminal the clock, the tested moves (or what the job counts) and the
+// speed stay on one line of stderr while a job runs.
 class TerminalProgress : public jobs::ProgressSink {
  public:
-  TerminalProgress();
+  explicit TerminalProgress(const char* counted = "moves");
   void tick(const jobs::Progress& progress) override;
   void clear() const;
 
  private:
   bool shown_;
+  const char* counted_;
 };
 
-// The last line on stderr: time, examined moves and speed.
-void printSummary(double seconds, std::uint64_t moves);
+// The last line on stderr: time, examined moves (or what the job counts) and
+// speed.
+void printSummary(double seconds, std::uint64_t moves, const char* counted = "moves");
 
 // Runs a solving or counting job to its end: the result text goes to stdout
 // as it grows, progress to a terminal's stderr, the summary last.

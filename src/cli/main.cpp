@@ -26,23 +26,23 @@ void PrintedText::appendText(std::string_view text) {
   if (!text.empty() && text.back() == '\n') std::fflush(stdout);
 }
 
-TerminalProgress::TerminalProgress() : shown_(isatty(STDERR_FILENO) != 0) {}
+TerminalProgress::TerminalProgress(const char* counted) : shown_(isatty(STDERR_FILENO) != 0), counted_(counted) {}
 
 void TerminalProgress::tick(const jobs::Progress& progress) {
   if (!shown_) return;
-  std::fprintf(stderr, "\r%s %s moves %s moves/sec  ", jobs::clockText(progress.elapsedMs).c_str(),
-               jobs::testedMovesText(progress.tested).c_str(),
-               jobs::speedText(progress.tested, progress.elapsedMs).c_str());
+  std::fprintf(stderr, "\r%s %s %s %s %s/sec  ", jobs::clockText(progress.elapsedMs).c_str(),
+               jobs::testedMovesText(progress.tested).c_str(), counted_,
+               jobs::speedText(progress.tested, progress.elapsedMs).c_str(), counted_);
 }
 
 void TerminalProgress::clear() const {
   if (shown_) std::fputs("\r\033[K", stderr);
 }
 
-void printSummary(double seconds, std::uint64_t moves) {
+void printSummary(double seconds, std::uint64_t moves, const char* counted) {
   const auto perSecond = seconds > 0 ? static_cast<std::uint64_t>(static_cast<double>(moves) / seconds) : 0;
-  std::fprintf(stderr, "Time %.3f s, %s moves, %s moves/sec\n", seconds,
-               core::GroupDigits(std::to_string(moves)).c_str(), core::GroupDigits(std::to_string(perSecond)).c_str());
+  std::fprintf(stderr, "Time %.3f s, %s %s, %s %s/sec\n", seconds, core::GroupDigits(std::to_string(moves)).c_str(),
+               counted, core::GroupDigits(std::to_string(perSecond)).c_str(), counted);
 }
 
 void addPositionOptions(CLI::App& command, PositionOptions& options) {
@@ -128,6 +128,7 @@ int main(int argc, char** argv) {
   addExportCommand(app, status);
   addSaveCommand(app, status);
   addShowCommand(app, status);
+  addCreateCommand(app, status);
   try {
     app.parse(argc, argv);
   } catch (const CLI::CallForHelp&) {
