@@ -46,6 +46,14 @@ void BoardView::setEditable(bool editable) {
   if (!editable_ && dragging_) endDrag();
 }
 
+void BoardView::setMarkedSquares(std::uint64_t squares) {
+  const std::uint64_t changed = squares ^ marked_;
+  marked_ = squares;
+  for (int square = 0; square < 64; ++square) {
+    if ((changed >> square) & 1) update(squareRect(square));
+  }
+}
+
 void BoardView::setShowsCoordinates(bool shows) {
   showsCoordinates_ = shows;
   placeSquares();
@@ -111,6 +119,13 @@ void BoardView::paintSquare(QPainter& painter, int square) {
   const bool light = (square / 8 + square % 8) % 2 == 0;
   painter.fillRect(rect, light ? kLightSquare : kDarkSquare);
   if (!(dragging_ && square == pressSquare_)) paintPiece(painter, QRectF(rect), board_[static_cast<std::size_t>(square)]);
+  if ((marked_ >> square) & 1) {
+    const qreal radius = squareSize_ / 6.0;
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(QColor(0x2e, 0x7d, 0x32, 200));
+    painter.drawEllipse(QRectF(rect).center(), radius, radius);
+  }
   if (square == cursor_ && hasFocus()) {
     painter.setPen(QPen(palette().color(QPalette::Highlight), qMax(2, squareSize_ / 16)));
     painter.drawRect(QRectF(rect).adjusted(1.5, 1.5, -1.5, -1.5));

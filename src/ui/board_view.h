@@ -4,6 +4,7 @@
 // board repaints only the squares whose men changed.
 
 #include <QWidget>
+#include <cstdint>
 
 #include "ui/board_transform.h"
 
@@ -21,6 +22,10 @@ class BoardView : public QWidget {
 
   // A read-only board takes no clicks and gives no men away.
   void setEditable(bool editable);
+  // Squares marked on the board (bit s for square s): the unattacked empty
+  // squares of a placement, or the squares a kind of man may stand on.
+  void setMarkedSquares(std::uint64_t squares);
+  std::uint64_t markedSquares() const { return marked_; }
   // File letters below the board and rank digits to its left.
   void setShowsCoordinates(bool shows);
 
@@ -73,6 +78,7 @@ class BoardView : public QWidget {
   Qt::MouseButton pressButton_ = Qt::NoButton;
   QPoint pressPosition_;
   bool dragging_ = false;
+  std::uint64_t marked_ = 0;
   int cursor_ = 36;  // e4: where the keyboard edits, framed while the board has the focus
 };
 

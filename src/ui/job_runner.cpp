@@ -3,7 +3,10 @@
 #include "ui/job_runner.h"
 
 #include <QThread>
+#include <array>
 #include <mutex>
+
+#include "generator/generator_job.h"
 
 namespace velkaro::ui {
 
@@ -12,9 +15,9 @@ class JobRunner::Mailbox {
  public:
   explicit Mailbox(JobRunner& runner) : runner_(runner) {}
 
-  void post(const solver::Record& record) {
+  void post(AnyRecord record) {
     std::lock_guard lock(mutex_);
-    records_.push_back(record);
+    records_.push_back(std::move(record));
     notify();
   }
   void post(const PanelState& panel) {
@@ -29,8 +32,9 @@ class JobRunner::Mailbox {
     panelChanged_ = true;
     notify();
   }
-  void refuse(const QString& message) {
+  void refuse(const QString& caption, const QString& message) {
     std::lock_guard lock(mutex_);
+    caption_ = caption;
     refusal_ = message;
   }
   void finish(jobs::RunEnd end) {
@@ -54,6 +58,7 @@ class JobRunner::Mailbox {
     panelChanged_ = false;
     if (!mail.more && end_) {
       mail.end = end_;
+      mail.caption = caption_;
       mail.refusal = refusal_;
       end_.reset();
       refusal_.clear();
@@ -72,10 +77,11 @@ class JobRunner::Mailbox {
 
   JobRunner& runner_;
   std::mutex mutex_;
-  std::vector<solver::Record> records_;
+  std::vector<AnyRecord> records_;
   PanelState panel_;
   bool panelChanged_ = false;
   std::optional<jobs::RunEnd> end_;
+  QString caption_;
   QString refusal_;
   bool notified_ = false;
 };
@@ -84,25 +90,34 @@ class JobRunner::Mailbox {
 class JobRunner::Worker : public QObject,
                           public jobs::ProgressSink,
                           public solver::RecordSink,
+                          public generator::RecordSink,
+                          public placement::RecordSink,
                           public core::MessageSink {
  public:
   explicit Worker(Mailbox& mailbox)
       : mailbox_(mailbox),
         solverJob(std::make_unique<solver::SolverJob>(*this, *this, *this)),
-        countingJob(std::make_unique<counter::CountingJob>(*this, *this, *this)) {}
+        countingJob(std::make_unique<counter::CountingJob>(*this, *this, *this)),
+        generatorJob(std::make_unique<generator::GeneratorJob>(*this, *this, *this)),
+        placementJob(std::make_unique<placement::PlacementJob>(*this, *this, *this)) {}
 
   void started(const jobs::Progress& progress, bool fresh) override { mailbox_.post(PanelState{progress, false, fresh}); }
   void tick(const jobs::Progress& progress) override { mailbox_.post(PanelState{progress, true, false}); }
   void update(const jobs::Progress& progress) override { mailbox_.post(PanelState{progress, false, false}); }
   void barMoved(int position) override { mailbox_.moveBar(position); }
   void record(const solver::Record& record) override { mailbox_.post(record); }
-  void showMessage(std::string_view, std::string_view text) override {
-    mailbox_.refuse(QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size())));
+  void record(const generator::Record& record) override { mailbox_.post(record); }
+  void record(const placement::Record& record) override { mailbox_.post(record); }
+  void showMessage(std::string_view caption, std::string_view text) override {
+    mailbox_.refuse(QString::fromUtf8(caption.data(), static_cast<qsizetype>(caption.size())),
+                    QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size())));
   }
 
   void prepare(const RunOptions& options) {
-    solverJob->setRefreshInterval(options.refreshInterval);
-    countingJob->setRefreshInterval(options.refreshInterval);
+    for (jobs::Job* job : all()) job->setRefreshInterval(options.refreshInterval);
+  }
+  std::array<jobs::Job*, 4> all() const {
+    return {solverJob.get(), countingJob.get(), generatorJob.get(), placementJob.get()};
   }
   // The job pauses after every solution; with "Stop on first solution" off
   // the worker goes on at once.
@@ -125,6 +140,8 @@ class JobRunner::Worker : public QObject,
   // Each job holds a whole ply stack: too large for the call stack.
   std::unique_ptr<solver::SolverJob> solverJob;
   std::unique_ptr<counter::CountingJob> countingJob;
+  std::unique_ptr<generator::GeneratorJob> generatorJob;
+  std::unique_ptr<placement::PlacementJob> placementJob;
 };
 
 JobRunner::JobRunner(QObject* parent)
@@ -146,8 +163,7 @@ JobRunner::~JobRunner() {
 // The worker is idle here, so a stop asked for after the last run ended can
 // be forgotten before the next one is queued; one asked for from now on holds.
 void JobRunner::begin(Kind kind, const RunOptions& options) {
-  worker_->solverJob->clearStopRequest();
-  worker_->countingJob->clearStopRequest();
+  for (jobs::Job* job : worker_->all()) job->clearStopRequest();
   running_ = true;
   kind_ = kind;
   continuable_.reset();
@@ -170,28 +186,53 @@ void JobRunner::count(const counter::CountSettings& settings, const RunOptions& 
   });
 }
 
+void JobRunner::create(const generator::CreateSettings& settings, const RunOptions& options) {
+  begin(Kind::Creating, options);
+  QMetaObject::invokeMethod(worker_.get(), [worker = worker_.get(), settings] {
+    worker->finish(*worker->generatorJob, worker->generatorJob->start(settings));
+  });
+}
+
+void JobRunner::place(const placement::PlaceSettings& settings, const RunOptions& options) {
+  begin(Kind::Placing, options);
+  QMetaObject::invokeMethod(worker_.get(), [worker = worker_.get(), settings] {
+    worker->finish(*worker->placementJob, worker->placementJob->start(settings));
+  });
+}
+
 void JobRunner::resume(const RunOptions& options) {
   if (running_ || !continuable_) return;
   const Kind kind = *continuable_;
   begin(kind, options);
-  if (kind == Kind::Solving) {
-    QMetaObject::invokeMethod(worker_.get(), [worker = worker_.get(), options] {
-      worker->solveOn(worker->solverJob->resume(options.testAllSecondMoves), options);
-    });
-  } else {
-    QMetaObject::invokeMethod(worker_.get(), [worker = worker_.get()] {
-      worker->finish(*worker->countingJob, worker->countingJob->resume());
-    });
+  Worker* worker = worker_.get();
+  switch (kind) {
+    case Kind::Solving:
+      QMetaObject::invokeMethod(worker, [worker, options] {
+        worker->solveOn(worker->solverJob->resume(options.testAllSecondMoves), options);
+      });
+      break;
+    case Kind::Counting:
+      QMetaObject::invokeMethod(worker, [worker] { worker->finish(*worker->countingJob, worker->countingJob->resume()); });
+      break;
+    case Kind::Creating:
+      QMetaObject::invokeMethod(worker,
+                                [worker] { worker->finish(*worker->generatorJob, worker->generatorJob->resume()); });
+      break;
+    case Kind::Placing:
+      QMetaObject::invokeMethod(worker, [worker, options] {
+        worker->finish(*worker->placementJob, worker->placementJob->resume(options.stopOnFirstSolution));
+      });
+      break;
   }
 }
 
 void JobRunner::requestStop() {
-  worker_->solverJob->requestStop();
-  worker_->countingJob->requestStop();
+  for (jobs::Job* job : worker_->all()) job->requestStop();
 }
 
 JobRunner::Mail JobRunner::takeMail(std::size_t most) {
   Mail mail = mailbox_->take(most);
+  mail.kind = kind_;
   if (mail.end) {
     running_ = false;
     if (*mail.end == jobs::RunEnd::Stopped || *mail.end == jobs::RunEnd::Solution) continuable_ = kind_;

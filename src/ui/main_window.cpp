@@ -13,7 +13,9 @@
 #include <QVBoxLayout>
 
 #include "ui/board_view.h"
+#include "ui/creator_panel.h"
 #include "ui/piece_palette.h"
+#include "ui/positions_panel.h"
 #include "ui/progress_panel.h"
 #include "ui/result_pane.h"
 #include "ui/solver_panel.h"
@@ -124,12 +126,13 @@ QWidget* MainWindow::createModeArea() {
   panels_ = new QStackedWidget(area);
   solverPanel_ = new SolverPanel(document_, panels_);
   panels_->addWidget(solverPanel_);
-  for (const char* text : {"Problem generation is not available in this version.",
-                           "Placement search is not available in this version."}) {
-    auto* placeholder = new QLabel(QString::fromLatin1(text), panels_);
-    placeholder->setAlignment(Qt::AlignCenter);
-    panels_->addWidget(placeholder);
-  }
+  creatorPanel_ = new CreatorPanel(panels_);
+  panels_->addWidget(creatorPanel_);
+  positionsPanel_ = new PositionsPanel(panels_);
+  panels_->addWidget(positionsPanel_);
+  connect(creatorPanel_, &CreatorPanel::problemChosen, &document_, &ProblemDocument::setSetup);
+  connect(creatorPanel_, &CreatorPanel::addedMenChanged, this, &MainWindow::showBoard);
+  connect(positionsPanel_, &PositionsPanel::placementChosen, this, &MainWindow::showPlacement);
   layout->addWidget(panels_);
   progressPanel_ = new ProgressPanel(area);
   layout->addWidget(progressPanel_);
@@ -174,26 +177,49 @@ void MainWindow::dropPiece(int code, QPoint globalPosition) {
 void MainWindow::editSquare(int square, int code) { document_.setSquare(square, code); }
 
 // The board's squares (only the changed ones are repainted) and the piece
-// count.
+// count; on the Creator tab the count takes in a king for a side that has
+// none on the board and the men to add.
 void MainWindow::showBoard() {
   boardView_->setBoard(document_.board());
   int white = 0;
   int black = 0;
+  bool whiteKing = false;
+  bool blackKing = false;
   for (int code : document_.board()) {
     white += code > 0;
     black += code < 0;
+    whiteKing = whiteKing || code == core::piece::King;
+    blackKing = blackKing || code == -core::piece::King;
+  }
+  if (mode_ == Mode::Creator) {
+    white += (whiteKing ? 0 : 1) + creatorPanel_->added(core::White).total();
+    black += (blackKing ? 0 : 1) + creatorPanel_->added(core::Black).total();
   }
   pieceCount_->setText(QStringLiteral("(%1+%2)").arg(white).arg(black));
 }
 
-// Results and a saved run belong to the set-up as it was: they are cleared as
-// a transformation clears them, and Continue is given up.
+// A listed placement: its men on the board, its unattacked empty squares
+// marked (until the board changes).
+void MainWindow::showPlacement(const std::array<std::int8_t, 64>& men, std::uint64_t unattacked) {
+  core::BoardSetup setup;
+  setup.sideToMove = document_.setup().sideToMove;
+  for (std::size_t square = 0; square < 64; ++square) setup.board[square] = men[square];
+  document_.setSetup(setup);
+  boardView_->setMarkedSquares(unattacked);
+}
+
+// Solver and Variants results and a saved run of theirs belong to the set-up
+// as it was: they are cleared as a transformation clears them, and Continue
+// is given up.
 void MainWindow::setupChanged() {
+  boardView_->setMarkedSquares(0);
   showBoard();
   recordSetupChange();
   clearResults();
-  progressPanel_->reset();
-  runner_->forgetLastRun();
+  // A Creator or Positions run shows its finds on the board: its own
+  // figures stay in the panel.
+  if (mode_ == Mode::Solver || mode_ == Mode::Variants) progressPanel_->reset();
+  runner_->forgetPositionRun();
   updateRunButtons();
 }
 
@@ -221,6 +247,9 @@ void MainWindow::changeMode(int tab) {
   panels_->setCurrentIndex(counting ? 0 : tab);
   modeCaption_->setVisible(counting);
   solverPanel_->setCountingMode(counting);
+  // The Creator and Positions panels hold their own lists.
+  resultPane_->setVisible(mode_ == Mode::Solver || counting);
+  showBoard();
   updateRunButtons();
 }
 

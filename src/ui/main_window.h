@@ -34,7 +34,9 @@ class QTabBar;
 namespace velkaro::ui {
 
 class BoardView;
+class CreatorPanel;
 class HelpBrowser;
+class PositionsPanel;
 class PiecePalette;
 class ProgressPanel;
 class ResultPane;
@@ -81,6 +83,8 @@ class MainWindow : public QMainWindow {
   PiecePalette* piecePalette() const { return palette_; }
   QLabel* pieceCountLabel() const { return pieceCount_; }
   SolverPanel* solverPanel() const { return solverPanel_; }
+  CreatorPanel* creatorPanel() const { return creatorPanel_; }
+  PositionsPanel* positionsPanel() const { return positionsPanel_; }
   ProgressPanel* progressPanel() const { return progressPanel_; }
   ResultPane* resultPane() const { return resultPane_; }
   ResultModel& resultModel() { return resultModel_; }
@@ -110,6 +114,7 @@ class MainWindow : public QMainWindow {
   void editSquare(int square, int code);
   void showBoard();
   void setupChanged();
+  void showPlacement(const std::array<std::int8_t, 64>& men, std::uint64_t unattacked);
   void clearBoard();
   void transform(int command);
   void changeMode(int tab);
@@ -182,8 +187,9 @@ class MainWindow : public QMainWindow {
   void startJob();
   void continueJob();
   void takeMail();
+  void showRecords(std::vector<AnyRecord>& records);
   void showPanel(const PanelState& state);
-  void endRun(jobs::RunEnd end, const QString& refusal);
+  void endRun(jobs::RunEnd end, const QString& caption, const QString& refusal, JobRunner::Kind kind);
   void clearResults();
   void updateRunButtons();
   RunOptions runOptions() const;
@@ -220,6 +226,8 @@ class MainWindow : public QMainWindow {
   PiecePalette* palette_ = nullptr;
   QLabel* pieceCount_ = nullptr;
   SolverPanel* solverPanel_ = nullptr;
+  CreatorPanel* creatorPanel_ = nullptr;
+  PositionsPanel* positionsPanel_ = nullptr;
   ProgressPanel* progressPanel_ = nullptr;
   ResultPane* resultPane_ = nullptr;
   HelpBrowser* help_ = nullptr;

@@ -17,6 +17,8 @@
 #include "formats/settings.h"
 #include "ui/board_view.h"
 #include "ui/commands.h"
+#include "ui/creator_panel.h"
+#include "ui/positions_panel.h"
 #include "ui/help_browser.h"
 #include "ui/import_fen_dialog.h"
 #include "ui/main_window.h"
@@ -215,6 +217,8 @@ void MainWindow::setRunLocked(bool locked) {
   boardView_->setEnabled(!locked);
   palette_->setEnabled(!locked);
   solverPanel_->setLocked(locked);
+  creatorPanel_->setLocked(locked);
+  positionsPanel_->setLocked(locked);
   tabs_->setEnabled(!locked);
   languageBox_->setEnabled(!locked);
   intervalBox_->setEnabled(!locked);

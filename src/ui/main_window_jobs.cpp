@@ -8,6 +8,8 @@
 #include <QMessageBox>
 
 #include "jobs/progress_text.h"
+#include "ui/creator_panel.h"
+#include "ui/positions_panel.h"
 #include "ui/main_window.h"
 #include "ui/progress_panel.h"
 #include "ui/result_pane.h"
@@ -33,10 +35,17 @@ void MainWindow::createRunner() {
   connect(solverPanel_, &SolverPanel::selectMoveRequested, this, &MainWindow::selectFirstMove);
 }
 
-// Creator and Positions run no jobs in this version.
 std::optional<JobRunner::Kind> MainWindow::jobKind() const {
-  if (mode_ == Mode::Solver) return JobRunner::Kind::Solving;
-  if (mode_ == Mode::Variants) return JobRunner::Kind::Counting;
+  switch (mode_) {
+    case Mode::Solver:
+      return JobRunner::Kind::Solving;
+    case Mode::Creator:
+      return JobRunner::Kind::Creating;
+    case Mode::Positions:
+      return JobRunner::Kind::Placing;
+    case Mode::Variants:
+      return JobRunner::Kind::Counting;
+  }
   return std::nullopt;
 }
 
@@ -44,10 +53,26 @@ void MainWindow::startJob() {
   const std::optional<JobRunner::Kind> kind = jobKind();
   if (runner_->running() || !kind) return;
   const RunOptions options = runOptions();
+  setRunLocked(true);
+  switch (*kind) {
+    case JobRunner::Kind::Creating: {
+      generator::CreateSettings settings = creatorPanel_->settings(document_.setup());
+      settings.stopOnFirstSolution = options.stopOnFirstSolution;
+      settings.refreshInterval = options.refreshInterval;
+      creatorPanel_->beginRun(document_.setup(), true, options.language);
+      runner_->create(settings, options);
+      return;
+    }
+    case JobRunner::Kind::Placing:
+      runner_->place(positionsPanel_->settings(options.stopOnFirstSolution), options);
+      return;
+    case JobRunner::Kind::Solving:
+    case JobRunner::Kind::Counting:
+      break;
+  }
   document_.setLastRunCounted(*kind == JobRunner::Kind::Counting);
   clearResults();
   writer_ = std::make_unique<solver::ReportWriter>(resultModel_, options.language);
-  setRunLocked(true);
   if (*kind == JobRunner::Kind::Counting) {
     runner_->count(countSettings(), options);
   } else {
@@ -58,7 +83,11 @@ void MainWindow::startJob() {
 void MainWindow::continueJob() {
   if (runner_->running() || !jobKind() || runner_->continuable() != jobKind()) return;
   const RunOptions options = runOptions();
-  writer_ = std::make_unique<solver::ReportWriter>(resultModel_, options.language);
+  if (jobKind() == JobRunner::Kind::Creating) {
+    creatorPanel_->beginRun(document_.setup(), false, options.language);
+  } else {
+    writer_ = std::make_unique<solver::ReportWriter>(resultModel_, options.language);
+  }
   setRunLocked(true);
   runner_->resume(options);
 }
@@ -68,18 +97,7 @@ void MainWindow::continueJob() {
 // left over is taken on the next turn of the event loop.
 void MainWindow::takeMail() {
   JobRunner::Mail mail = runner_->takeMail(kRecordsPerTurn);
-  if (!mail.records.empty() && writer_) {
-    std::vector<solver::Record> kept;
-    kept.reserve(mail.records.size());
-    for (solver::Record& record : mail.records) {
-      writer_->record(record);
-      if (!std::holds_alternative<solver::Searching>(record)) kept.push_back(std::move(record));
-    }
-    const ResultModel::Batch batch = resultModel_.showBatch();
-    document_.addSolution(kept, batch.text);
-    if (batch.resultShown) resultPane_->scrollToBottom();
-    if (batch.beep) QApplication::beep();
-  }
+  showRecords(mail.records);
   if (mail.panel) {
     showPanel(*mail.panel);
     if (mail.panel->showsLine) {
@@ -90,7 +108,28 @@ void MainWindow::takeMail() {
     }
   }
   if (mail.more) QMetaObject::invokeMethod(this, &MainWindow::takeMail, Qt::QueuedConnection);
-  if (mail.end) endRun(*mail.end, mail.refusal);
+  if (mail.end) endRun(*mail.end, mail.caption, mail.refusal, mail.kind);
+}
+
+// Solver and Variants records go into the tree and the document, Creator
+// and Positions records into their panels' lists.
+void MainWindow::showRecords(std::vector<AnyRecord>& records) {
+  std::vector<solver::Record> kept;
+  for (AnyRecord& any : records) {
+    if (auto* found = std::get_if<generator::Record>(&any)) {
+      creatorPanel_->record(*found);
+    } else if (auto* placed = std::get_if<placement::Record>(&any)) {
+      positionsPanel_->record(*placed);
+    } else if (auto* result = std::get_if<solver::Record>(&any); result && writer_) {
+      writer_->record(*result);
+      if (!std::holds_alternative<solver::Searching>(*result)) kept.push_back(std::move(*result));
+    }
+  }
+  if (kept.empty()) return;
+  const ResultModel::Batch batch = resultModel_.showBatch();
+  document_.addSolution(kept, batch.text);
+  if (batch.resultShown) resultPane_->scrollToBottom();
+  if (batch.beep) QApplication::beep();
 }
 
 void MainWindow::showPanel(const PanelState& state) {
@@ -107,14 +146,15 @@ void MainWindow::showPanel(const PanelState& state) {
 }
 
 // A refused set-up is told in a message box of its own, owned by no window.
-void MainWindow::endRun(jobs::RunEnd end, const QString& refusal) {
+void MainWindow::endRun(jobs::RunEnd end, const QString& caption, const QString& refusal, JobRunner::Kind kind) {
   setRunLocked(false);
+  showRunSummary(end);
+  if (kind == JobRunner::Kind::Creating) creatorPanel_->showSelection();
   if (end == jobs::RunEnd::Refused && !refusal.isEmpty()) {
-    auto* box = new QMessageBox(QMessageBox::Warning, QStringLiteral("Velkaro"), refusal, QMessageBox::Ok);
+    auto* box = new QMessageBox(QMessageBox::Warning, caption, refusal, QMessageBox::Ok);
     box->setAttribute(Qt::WA_DeleteOnClose);
     box->open();
   }
-  showRunSummary(end);
   emit runEnded(end);
   if (closeAfterRun_) {
     closeAfterRun_ = false;
