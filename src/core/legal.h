@@ -85,6 +85,44 @@ template <int Side>
   }
 }
 
+// Makes `entry` of the man lifted from frame.fromSquare in `next`, records it
+// in the frame's move fields, and tests it: with `RequireCheck` the enemy king
+// on `enemyKing` must stand in check, and the own king (on `king`, or on the
+// target when the king itself moved) must not. `lines` are the lines from the
+// own king that held an enemy attacker before the move. With `TrackKing` a
+// king move also moves the next frame's king square. A move that fails is put
+// back at once; one that passes stays made.
+template <int Side, bool RequireCheck = false, bool TrackKing = false>
+[[gnu::always_inline]] inline bool tryMove(PlyFrame& frame, Position& next, const MoveEntry& entry, const unsigned& lines,
+                                           int enemyKing = 0) {
+  const int to = entry.target;
+  const bool plainMove = entry.kind > kind::EnPassant || entry.kind < 0;
+  const int placed = plainMove ? entry.kind : makeSpecial<Side>(entry.kind, to, next);
+  frame.toSquare = to;
+  frame.moveKind = entry.kind;
+  frame.placedPiece = placed;
+  next.board[to] = static_cast<std::int8_t>(placed);
+  if constexpr (RequireCheck) {
+    if (isAttackedByOpponentOf<-Side>(enemyKing, next) < 0) {
+      putBack<Side>(frame, next);
+      return false;
+    }
+  }
+  bool kingAttacked;
+  if (placed == Side * piece::King) {
+    if constexpr (TrackKing) kingSquareOf<Side>(next) = static_cast<std::uint8_t>(to);
+    kingAttacked = isAttackedByOpponentOf<Side>(to, next) >= 0;
+  } else {
+    kingAttacked =
+        lines != 0 && isAttackedAlongByOpponentOf<Side>(kingSquareOf<Side>(frame.position), next, lines) >= 0;
+  }
+  if (kingAttacked) {
+    putBack<Side>(frame, next);
+    return false;
+  }
+  return true;
+}
+
 // Whether the man `code` on `square` could give check with one of its moves;
 // a king that may still castle and the pawns of a ply with an en-passant
 // capture are always taken.
@@ -189,37 +227,18 @@ template <int Side, MoveTest Test>
       continue;
     }
     ++frame.entryIndex;
-    const int to = entry.target;
-    const bool plainMove = entry.kind > kind::EnPassant || entry.kind < 0;
+    int enemyKing = 0;
     if constexpr (Test == MoveTest::Checking) {
+      enemyKing = detail::enemyKingSquareOf<Side>(frame.position);
       // Most moves cannot check at all: they are passed over without being made.
-      if (plainMove && !mayGiveCheck(entry.kind, frame.fromSquare, to, detail::enemyKingSquareOf<Side>(frame.position),
+      const bool plainMove = entry.kind > kind::EnPassant || entry.kind < 0;
+      if (plainMove && !mayGiveCheck(entry.kind, frame.fromSquare, entry.target, enemyKing,
                                      stack.discoveryLines[static_cast<std::size_t>(ply)])) {
         continue;
       }
     }
-    const int placed = plainMove ? entry.kind : detail::makeSpecial<Side>(entry.kind, to, next);
-    frame.toSquare = to;
-    frame.moveKind = entry.kind;
-    frame.placedPiece = placed;
-    next.board[to] = static_cast<std::int8_t>(placed);
-
-    if constexpr (Test == MoveTest::Checking) {
-      if (isAttackedByOpponentOf<-Side>(detail::enemyKingSquareOf<Side>(frame.position), next) < 0) {
-        detail::putBack<Side>(frame, next);
-        continue;
-      }
-    }
-    bool kingAttacked;
-    if (placed == Side * piece::King) {
-      if constexpr (Test == MoveTest::Legal) detail::kingSquareOf<Side>(next) = static_cast<std::uint8_t>(to);
-      kingAttacked = isAttackedByOpponentOf<Side>(to, next) >= 0;
-    } else {
-      kingAttacked =
-          kingLines != 0 && isAttackedAlongByOpponentOf<Side>(detail::kingSquareOf<Side>(next), next, kingLines) >= 0;
-    }
-    if (kingAttacked) {
-      detail::putBack<Side>(frame, next);
+    if (!detail::tryMove<Side, Test == MoveTest::Checking, Test == MoveTest::Legal>(frame, next, entry, kingLines,
+                                                                                    enemyKing)) {
       continue;
     }
     if constexpr (Test == MoveTest::Legal) detail::updateCastlingRights<Side>(frame, next);

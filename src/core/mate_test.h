@@ -51,22 +51,12 @@ bool hasLegalMove(PlyStack& stack, int ply) {
     next.board[square] = 0;
     generatePieceMoves(frame, square, code, code == Side * piece::Pawn ? enPassant : -1);
     for (const MoveEntry* entry = frame.moveList; entry->kind != kind::End; ++entry) {
-      const int to = entry->target;
-      const bool special = entry->kind >= kind::WhiteLongCastle && entry->kind <= kind::EnPassant;
-      if (((answers >> to) & 1) == 0 && entry->kind != kind::EnPassant) continue;
+      if (((answers >> entry->target) & 1) == 0 && entry->kind != kind::EnPassant) continue;
       if (!linesKnown && square != king) {
         lines = attackLinesAgainst<Side>(king, frame.position);
         linesKnown = true;
       }
-      const int placed = special ? detail::makeSpecial<Side>(entry->kind, to, next) : entry->kind;
-      next.board[to] = static_cast<std::int8_t>(placed);
-      const bool legal = placed == Side * piece::King
-                             ? isAttackedByOpponentOf<Side>(to, next) < 0
-                             : lines == 0 || isAttackedAlongByOpponentOf<Side>(king, next, lines) < 0;
-      frame.toSquare = to;
-      frame.moveKind = entry->kind;
-      detail::putBack<Side>(frame, next);
-      if (legal) return true;
+      if (detail::tryMove<Side>(frame, next, *entry, lines)) return true;
     }
     next.board[square] = static_cast<std::int8_t>(code);
     return false;
