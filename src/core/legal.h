@@ -246,6 +246,51 @@ template <int Side, MoveTest Test>
   }
 }
 
+// How many legal moves `Side` has at `ply`: what the legal-move iterator
+// would hand out, without making most of them. When the king is not in
+// check, a man that stands on no line from its king along which an enemy man
+// could attack leaves the king safe with every move it makes, so its list is
+// counted as it is; king moves, en-passant captures and the moves of every
+// man while in check are made and tested. Frame ply + 1 serves as scratch.
+template <int Side>
+int legalMoveCount(PlyStack& stack, int ply) {
+  PlyFrame& frame = stack[ply];
+  Position& next = (&frame)[1].position;
+  copyPositionToNextPly(frame);
+  const std::int8_t* board = frame.position.board;
+  const int king = detail::kingSquareOf<Side>(frame.position);
+  const unsigned lines = attackLinesAgainst<Side>(king, frame.position);
+  const bool inCheck = lines != 0 && isAttackedByOpponentOf<Side>(king, frame.position) >= 0;
+  const int enPassant = enPassantPawn(stack, ply);
+  int count = 0;
+  for (int square = 0; square < 64; ++square) {
+    const int code = board[square];
+    if (code * Side <= 0) continue;
+    const bool pawn = code == Side * piece::Pawn;
+    const int moves = generatePieceMoves(frame, square, code, pawn ? enPassant : -1);
+    const int line = check_geometry::kLines[static_cast<std::size_t>(king)][static_cast<std::size_t>(square)];
+    const bool pinnable = line >= 0 && ((lines >> line) & 1) != 0;
+    if (!inCheck && !pinnable && code != Side * piece::King && !(pawn && enPassant >= 0)) {
+      count += moves;
+      continue;
+    }
+    frame.fromSquare = square;
+    next.board[square] = 0;
+    for (const MoveEntry* entry = frame.moveList; entry->kind != kind::End; ++entry) {
+      if (detail::tryMove<Side>(frame, next, *entry, lines)) {
+        ++count;
+        detail::putBack<Side>(frame, next);
+      }
+    }
+    next.board[square] = static_cast<std::int8_t>(code);
+  }
+  return count;
+}
+
+inline int legalMoveCount(PlyStack& stack, int ply) {
+  return stack.sideAt(ply) == White ? legalMoveCount<White>(stack, ply) : legalMoveCount<Black>(stack, ply);
+}
+
 // The members of the family for the side that moves at `ply`.
 inline int nextLegalMove(PlyStack& stack, int ply, int continuing) {
   return stack.sideAt(ply) == White ? nextMove<White, MoveTest::Legal>(stack, ply, continuing)
