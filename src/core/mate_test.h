@@ -80,6 +80,27 @@ bool hasLegalMove(PlyStack& stack, int ply) {
   return false;
 }
 
+// Whether some man of `Side` could give check with one move to the enemy king
+// on `enemyKing`, judged by geometry alone: by the squares it can reach, or by
+// leaving a line from the king that holds one of its line pieces (blockers
+// ignored). A king that may still castle counts as able; an en-passant
+// capture is the caller's to allow for. A move of the other side that is not
+// a king move cannot make a "no" a "yes": it adds no man of `Side` and no line.
+template <int Side>
+bool canCheckWithAMove(const Position& position, int enemyKing) {
+  const std::int8_t* board = position.board;
+  const int rights = Side == White ? position.whiteLongCastle | position.whiteShortCastle
+                                   : position.blackLongCastle | position.blackShortCastle;
+  const unsigned lines = attackLinesAgainst<-Side>(enemyKing, position);
+  for (std::uint64_t men = menOf<Side>(board); men != 0; men &= men - 1) {
+    const int square = std::countr_zero(men);
+    const int code = board[square];
+    if (code == Side * piece::King && rights != 0) return true;
+    if (mayCheckWithAMove(code, square, enemyKing, lines)) return true;
+  }
+  return false;
+}
+
 inline bool hasLegalMove(PlyStack& stack, int ply) {
   return stack.sideAt(ply) == White ? hasLegalMove<White>(stack, ply) : hasLegalMove<Black>(stack, ply);
 }

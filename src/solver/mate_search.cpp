@@ -42,7 +42,10 @@ void SolverJob::enterPly() {
   PlyFrame& frame = stack_[ply_];
   frame.searchFlag = 0;  // moves made at this ply so far
   const bool selfmate = settings_.stipulation.selfmate;
-  if (!selfmate && ply_ == lastMovePly_) {
+  if (provedFailure(ply_)) {
+    result_ = false;
+    step_ = Step::Returned;
+  } else if (!selfmate && ply_ == lastMovePly_) {
     step_ = Step::NextMate;
   } else if (!selfmate && ply_ == plies_) {
     // Only a forced first move of a mate in 1 leads here: did it mate?
@@ -113,6 +116,7 @@ void SolverJob::exhaustedPly() {
     result_ = moved || (!selfmate && mated);
   }
   if (mated && ply_ > 1) stack_[ply_ - 1].searchCount = 1;
+  if (!result_) storeFailure(ply_);
   step_ = Step::Returned;
 }
 
@@ -141,6 +145,7 @@ SolverJob::Outcome SolverJob::returnedFromPly() {
     if (parent == 2 && phase_ == Phase::Keys) addVariation();
     step_ = Step::NextMove;
   } else {
+    storeFailure(parent);
     step_ = Step::Returned;  // a refutation: this ply fails
   }
   return Outcome::Searching;

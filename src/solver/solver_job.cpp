@@ -16,6 +16,7 @@ RunEnd SolverJob::start(const SolveSettings& settings) {
   solutions_ = 0;
   clearStopRequest();
   startClock(false);
+  table_.reset(settings.tableMegabytes);
   moves_ = settings_.minimumMoves ? 1 : settings_.stipulation.moves;
   if (moves_ < 1 || moves_ > kMaxMoves || !prepareFreshSearch()) {
     finished_ = true;
@@ -68,6 +69,24 @@ void SolverJob::beginDepth() {
   stack_[1].searchCount = 0;
   helpmatePlies_ = 0;
   if (settings_.firstMove) computeThreat();
+}
+
+// A helpmate's table serves every ply from the second to the one before the
+// mate; a direct mate's or selfmate's from the third (the first two make the
+// key's lines) to the one before the last move, but not the third while all
+// second moves are listed, where every working reply is a line of its own.
+bool SolverJob::tableAt(int ply) const {
+  if (settings_.stipulation.helpmate) return ply >= 2 && ply <= lastMovePly_;
+  if (ply >= lastMovePly_) return false;
+  return ply >= 4 || (ply == 3 && phase_ == Phase::Keys);
+}
+
+bool SolverJob::provedFailure(int ply) const {
+  return tableAt(ply) && table_.provedFailure(tableKeyAt(stack_, ply, lastMovePly_ + 1 - ply));
+}
+
+void SolverJob::storeFailure(int ply) {
+  if (tableAt(ply)) table_.storeFailure(tableKeyAt(stack_, ply, lastMovePly_ + 1 - ply));
 }
 
 void SolverJob::addMinimumMovesHeader() { records_.record(MovesHeader{moves_}); }

@@ -4,6 +4,7 @@
 // stipulation and reports each result; Stop and Continue re-enter the body
 // exactly where it left off.
 
+#include <array>
 #include <optional>
 #include <vector>
 
@@ -11,6 +12,7 @@
 #include "core/position.h"
 #include "core/stipulation.h"
 #include "jobs/job.h"
+#include "solver/proof_table.h"
 #include "solver/records.h"
 
 namespace velkaro::solver {
@@ -24,6 +26,9 @@ struct SolveSettings {
   bool stopOnFirstSolution = true;   // "Stop on first solution"
   bool testAllSecondMoves = false;   // "Testing all second moves" (not for helpmates)
   std::optional<core::FirstMove> firstMove;  // "Select move"; none means all moves
+  // Size of the table of proved failures, in megabytes (0: no table). It
+  // changes how much is searched, never what is found.
+  int tableMegabytes = 64;
 };
 
 // Deepest stipulations the ply stack holds: 2n + 2 frames for a helpmate or
@@ -84,6 +89,14 @@ class SolverJob : public jobs::Job {
   Outcome helpSearch();
   bool helpNextMove();
   bool helpNextMate();
+  bool onlyKingMovesMayMate(int ply);
+  static bool cannotLeadToMate(const core::PlyFrame& frame);
+
+  // The table of proved failures: which plies may use it, and its use there.
+  bool tableAt(int ply) const;
+  bool provedFailure(int ply) const;
+  void storeFailure(int ply);
+  void markSolved();
 
   void reportMateResult(bool found);
   void reportHelpResult(bool found);
@@ -110,6 +123,10 @@ class SolverJob : public jobs::Job {
   int helpmatePlies_ = 0;    // length of the helpmate line just found
   std::optional<core::MoveRecord> threat_;
   std::vector<Variation> variations_;
+  ProofTable table_;
+  // Per ply of a helpmate: whether a solution was found below the ply's
+  // current position (its failure may then not be stored).
+  std::array<bool, core::kPlyFrameCount> solved_{};
   RecordSink& records_;
   core::PlyStack stack_;
 };
