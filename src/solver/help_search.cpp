@@ -19,7 +19,7 @@ SolverJob::Outcome SolverJob::helpSearch() {
       case Step::Enter:
         stack_[ply_].searchFlag = 0;
         solved_[static_cast<std::size_t>(ply_)] = false;
-        if (provedFailure(ply_)) {
+        if (provedAt(ply_) == ProofTable::Proof::Failure) {
           --ply_;
           step_ = ply_ < startPly() ? Step::Done : Step::NextMove;
         } else {

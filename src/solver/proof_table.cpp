@@ -58,9 +58,9 @@ TableKey tableKeyAt(const core::PlyStack& stack, int ply, int pliesLeft) {
   const core::Position& position = stack[ply].position;
   TableKey key;
   key.occupied = occupiedSquares(position.board);
-  if (std::popcount(key.occupied) > 32) return key;
   int shift = 0;
   for (std::uint64_t squares = key.occupied; squares != 0; squares &= squares - 1, shift += 4) {
+    if (shift == 128) return key;  // more than 32 men
     const std::uint64_t man = kManCodes[static_cast<std::uint8_t>(position.board[std::countr_zero(squares)])];
     key.men[shift >> 6] |= man << (shift & 63);
   }
@@ -134,22 +134,27 @@ void ProofTable::grow() {
 
 bool ProofTable::holds(const Entry& entry, const TableKey& key) const {
   return entry.generation == generation_ && entry.occupied == key.occupied && entry.men[0] == key.men[0] &&
-         entry.men[1] == key.men[1] && entry.rest == key.rest;
+         entry.men[1] == key.men[1] && (entry.rest & ~kSuccess) == key.rest;
 }
 
-bool ProofTable::provedFailure(const TableKey& key) const {
-  if (buckets_ == nullptr || !key.valid) return false;
+ProofTable::Proof ProofTable::proved(const TableKey& key) const {
+  if (buckets_ == nullptr || !key.valid) return Proof::None;
   const Bucket& bucket = bucketOf(key);
-  return holds(bucket.entries[0], key) || holds(bucket.entries[1], key);
+  for (const Entry& entry : bucket.entries) {
+    if (holds(entry, key)) return (entry.rest & kSuccess) != 0 ? Proof::Success : Proof::Failure;
+  }
+  return Proof::None;
 }
 
-void ProofTable::storeFailure(const TableKey& key) {
-  if (buckets_ == nullptr || !key.valid) return;
+void ProofTable::store(const TableKey& key, Proof proof) {
+  if (buckets_ == nullptr || !key.valid || proof == Proof::None) return;
   Bucket& bucket = bucketOf(key);
   Entry& deep = bucket.entries[0];
-  const bool replaceDeep = deep.generation != generation_ || (deep.rest >> 12) <= (key.rest >> 12);
+  const auto pliesLeft = [](std::uint32_t rest) { return (rest >> 12) & 0xff; };
+  const bool replaceDeep = deep.generation != generation_ || pliesLeft(deep.rest) <= pliesLeft(key.rest);
   Entry& slot = replaceDeep ? deep : bucket.entries[1];
-  slot = Entry{key.occupied, {key.men[0], key.men[1]}, key.rest, generation_};
+  const std::uint32_t rest = key.rest | (proof == Proof::Success ? kSuccess : 0);
+  slot = Entry{key.occupied, {key.men[0], key.men[1]}, rest, generation_};
   if (++stores_ > mask_ && mask_ < maxMask_) grow();
 }
 

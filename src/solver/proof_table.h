@@ -1,10 +1,10 @@
 #pragma once
 // What a solving run has proved about positions it met on the way: here the
 // position (men, side to move, castling rights, en passant, plies left) holds
-// no solution, or the attacker cannot force mate. Many lines reach the same
-// position by different move orders; the search skips what is already
-// proved. Only failures are kept, so a skipped subtree never held a result,
-// and positions are kept whole, so two positions never share an entry.
+// no solution, or the attacker cannot (or can) force mate. Many lines reach
+// the same position by different move orders; the search skips what is
+// already proved. Only proved results are kept, and positions are kept whole,
+// so two positions never share an entry.
 
 #include <cstddef>
 #include <cstdint>
@@ -36,14 +36,15 @@ class ProofTable {
   void reset(int megabytes);
   bool enabled() const { return buckets_ != nullptr; }
 
-  bool provedFailure(const TableKey& key) const;
-  void storeFailure(const TableKey& key);
+  enum class Proof { None, Failure, Success };
+  Proof proved(const TableKey& key) const;
+  void store(const TableKey& key, Proof proof);
 
  private:
   struct Entry {
     std::uint64_t occupied;
     std::uint64_t men[2];
-    std::uint32_t rest;
+    std::uint32_t rest;        // the key's, with kSuccess for a proved success
     std::uint32_t generation;  // 0: never written
   };
   // Two entries share a cache line: the first keeps the entry with more plies
@@ -54,6 +55,8 @@ class ProofTable {
   struct Free {
     void operator()(void* memory) const;
   };
+
+  static constexpr std::uint32_t kSuccess = 1u << 31;
 
   static std::uint64_t hashOf(std::uint64_t occupied, const std::uint64_t* men, std::uint32_t rest);
   Bucket& bucketOf(const TableKey& key) const;

@@ -26,7 +26,7 @@ struct SolveSettings {
   bool stopOnFirstSolution = true;   // "Stop on first solution"
   bool testAllSecondMoves = false;   // "Testing all second moves" (not for helpmates)
   std::optional<core::FirstMove> firstMove;  // "Select move"; none means all moves
-  // Size of the table of proved failures, in megabytes (0: no table). It
+  // Size of the table of proved results, in megabytes (0: no table). It
   // changes how much is searched, never what is found.
   int tableMegabytes = 64;
 };
@@ -84,6 +84,11 @@ class SolverJob : public jobs::Job {
   void addVariation();
   void addSecondMove();
   void addMatingDefence();
+  int killerPly(int ply) const;
+  void rememberKiller(int ply);
+  bool killerDecides();
+  bool makeKiller(int ply, const core::MoveRecord& killer);
+  bool everyDefenceMated(int ply);
 
   // Helpmates.
   Outcome helpSearch();
@@ -92,10 +97,11 @@ class SolverJob : public jobs::Job {
   bool onlyKingMovesMayMate(int ply);
   static bool cannotLeadToMate(const core::PlyFrame& frame);
 
-  // The table of proved failures: which plies may use it, and its use there.
+  // The table of proved results: which plies may use it, and its use there.
   bool tableAt(int ply) const;
-  bool provedFailure(int ply) const;
+  ProofTable::Proof provedAt(int ply) const;
   void storeFailure(int ply);
+  void storeSuccess(int ply);
   void markSolved();
 
   void reportMateResult(bool found);
@@ -124,6 +130,7 @@ class SolverJob : public jobs::Job {
   std::optional<core::MoveRecord> threat_;
   std::vector<Variation> variations_;
   ProofTable table_;
+  std::array<core::MoveRecord, core::kPlyFrameCount> killers_{};
   // Per ply of a helpmate: whether a solution was found below the ply's
   // current position (its failure may then not be stored).
   std::array<bool, core::kPlyFrameCount> solved_{};

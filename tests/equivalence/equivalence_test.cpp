@@ -1,13 +1,17 @@
-// The table of proved positions and the counter's walkers may change how much
-// is searched, never what is found: every problem of the problem files and
-// random legal positions are solved with the table and without it, and
-// stopped over and over, and the whole result text must be the same; the
-// counter's lines must be the same with one walker, two, and stops between.
+// The table of proved positions, killer moves and the counter's walkers may
+// change how much is searched, never what is found: every problem of the
+// problem files and random legal positions are solved with the table and
+// without it, and stopped over and over, and the whole result text must be
+// the same; deeper problems must give the text they gave before any of this;
+// the counter's lines must be the same with one walker, two, and stops
+// between.
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cstdint>
+#include <fstream>
+#include <iterator>
 #include <memory>
 #include <random>
 #include <string>
@@ -176,6 +180,43 @@ TEST(TableEquivalence, ManyStopsGiveTheTextOfOneRun) {
   int stops = 0;
   EXPECT_EQ(solveText(settings, {64, true}, &stops), solveText(settings, kPlain));
   EXPECT_GT(stops, 100);
+}
+
+// Deeper problems, against the whole text the solver wrote before it skipped
+// proved positions or tried killer moves first (tests/data/equivalence).
+struct GoldenCase {
+  const char* id;
+  bool secondMoves;
+};
+
+constexpr GoldenCase kGoldenCases[] = {
+    {"b-d4-vladimirov", false},     {"b-d4-gamnitzer-1990", false}, {"b-d4-gamnitzer-1992", false},
+    {"b-d4-gamnitzer-2024", false}, {"b-d4-gamnitzer-2013", false}, {"b-d5-loyd-excelsior", false},
+    {"b-d5-calvi", false},          {"b-s4-gamnitzer-re8", false},  {"b-s4-gamnitzer-rg3", false},
+    {"b-s3-jorgensen", false},      {"b-h2-garai", false},          {"b-h3-mintz", false},
+    {"b-h3-benko", false},          {"b-d4-gamnitzer-1990", true},  {"b-d4-gamnitzer-2013", true},
+    {"b-d4-gamnitzer-2024", true},
+};
+
+std::string readFile(const std::string& path) {
+  std::ifstream file(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+}
+
+TEST(GoldenEquivalence, DeeperProblemsGiveTheTextTheyAlwaysGave) {
+  for (const GoldenCase& test : kGoldenCases) {
+    const auto problems = published::readProblems(VELKARO_SOURCE_DIR "/bench/problems.txt", test.id);
+    ASSERT_FALSE(problems.empty()) << test.id;
+    solver::SolveSettings settings;
+    settings.setup = problems.front().setup();
+    settings.stipulation = problems.front().stipulation();
+    settings.stopOnFirstSolution = false;
+    settings.testAllSecondMoves = test.secondMoves;
+    const std::string golden = readFile(std::string(VELKARO_SOURCE_DIR "/tests/data/equivalence/") + test.id +
+                                        (test.secondMoves ? ".second-moves.txt" : ".txt"));
+    ASSERT_FALSE(golden.empty()) << test.id;
+    EXPECT_EQ(solveText(settings, kDrives[0]), golden) << test.id;
+  }
 }
 
 // The count lines of a Variants run.
