@@ -273,8 +273,10 @@ namespace velkaro::solver {
 // decided a position often decides its neighbours too: the defence that
 // refuted at the ply before the mate, and the attacker's move that worked
 // two plies before it. A killer is tried first, all in one step (its tree is
-// two plies deep at most); when it does not decide, the ply is searched in
-// generation order as always. Plies that make the key's lines never use one.
+// two plies deep at most, and what the step proves goes into the table, so
+// the search does not prove it again); when it does not decide, the ply is
+// searched in generation order as always. Plies that make the key's lines
+// never use one.
 int SolverJob::killerPly(int ply) const {
   if (settings_.stipulation.selfmate || settings_.stipulation.helpmate) return 0;
   if (ply == lastMovePly_ - 1 && ply >= 4) return -1;  // the defender's last move
@@ -315,15 +317,28 @@ bool SolverJob::makeKiller(int ply, const core::MoveRecord& killer) {
   return false;
 }
 
-// The defender at `ply` is mated now or after every defence.
+// The defender at `ply` is mated now or after every defence; the answer goes
+// into the table.
 bool SolverJob::everyDefenceMated(int ply) {
+  if (const ProofTable::Proof proof = provedAt(ply); proof != ProofTable::Proof::None) {
+    return proof == ProofTable::Proof::Success;
+  }
   bool moved = false;
   for (int continuing = 0; core::nextLegalMove(stack_, ply, continuing) < 0; continuing = 1) {
     countTestedMove();
     moved = true;
-    if (!findMate(ply + 1, 0)) return false;
+    if (!findMate(ply + 1, 0)) {
+      storeFailure(ply);
+      return false;
+    }
   }
-  return moved || core::inCheck(stack_.sideAt(ply), stack_[ply].position);
+  const bool mated = moved || core::inCheck(stack_.sideAt(ply), stack_[ply].position);
+  if (mated) {
+    storeSuccess(ply);
+  } else {
+    storeFailure(ply);
+  }
+  return mated;
 }
 
 }  // namespace velkaro::solver
