@@ -232,7 +232,7 @@ bool SolverJob::allRepliesMate(int ply) {
     countTestedMove();
     replied = true;
     if (!sideMated(ply + 1)) return false;
-    if (ply == 2) variations_.push_back({core::moveOf(stack_[2]), true});
+    if (ply == 2) variations_.push_back({core::moveOf(stack_[2]), true, {}});
   }
   return replied;
 }
@@ -255,7 +255,7 @@ void SolverJob::addVariation() {
 }
 
 // A selfmate's defence at ply 2 that mates the first side at once.
-void SolverJob::addMatingDefence() { variations_.push_back({core::moveOf(stack_[2]), true}); }
+void SolverJob::addMatingDefence() { variations_.push_back({core::moveOf(stack_[2]), true, {}}); }
 
 // One more working reply at ply 3 to the defence at ply 2; further replies to
 // the same defence line up under the first.

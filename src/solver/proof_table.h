@@ -14,13 +14,12 @@
 
 namespace velkaro::solver {
 
-// A position as the table keeps it: which squares hold men, the men in square
-// order four bits each, and the rest packed into one word.
+// A position as the table keeps it: four bits a square, and the rest packed
+// into one word. Bits 2 to 5 of the piece codes tell every man apart but a
+// White king from a Black pawn, and the king squares in the rest settle that.
 struct TableKey {
-  std::uint64_t occupied = 0;
-  std::uint64_t men[2] = {0, 0};
-  std::uint32_t rest = 0;  // side, castling rights, en-passant square, plies left
-  bool valid = false;      // a board of more than 32 men is not kept
+  std::uint64_t squares[4] = {0, 0, 0, 0};
+  std::uint32_t rest = 0;  // side, castling rights, en-passant square, plies left, king squares
 };
 
 // The key of the position at `ply` with `pliesLeft` plies still to search.
@@ -42,25 +41,26 @@ class ProofTable {
 
  private:
   struct Entry {
-    std::uint64_t occupied;
-    std::uint64_t men[2];
-    std::uint32_t rest;        // the key's, with kSuccess for a proved success
-    std::uint32_t generation;  // 0: never written
+    std::uint64_t squares[4];
+    std::uint32_t rest;
+    std::uint32_t stamp;  // the generation, with kSuccess for a proved success; 0: never written
   };
-  // Two entries share a cache line: the first keeps the entry with more plies
-  // left (it saved more work), the second always takes the newest.
-  struct alignas(64) Bucket {
-    Entry entries[2];
+  // Three entries share two cache lines: the first keeps the entry with more
+  // plies left (it saved more work), the other two take the newest in turn.
+  struct alignas(128) Bucket {
+    Entry entries[3];
   };
+  static constexpr int kEntries = 3;
   struct Free {
     void operator()(void* memory) const;
   };
 
   static constexpr std::uint32_t kSuccess = 1u << 31;
 
-  static std::uint64_t hashOf(std::uint64_t occupied, const std::uint64_t* men, std::uint32_t rest);
+  static std::uint64_t hashOf(const std::uint64_t* squares, std::uint32_t rest);
   Bucket& bucketOf(const TableKey& key) const;
   bool holds(const Entry& entry, const TableKey& key) const;
+  bool current(const Entry& entry) const { return (entry.stamp & ~kSuccess) == generation_; }
   void grow();
 
   std::unique_ptr<void, Free> memory_;
@@ -69,7 +69,7 @@ class ProofTable {
   std::size_t mask_ = 0;      // buckets in use, less one
   std::size_t stores_ = 0;    // entries written since the table last grew
   int megabytes_ = 0;
-  std::uint32_t generation_ = 0;
+  std::uint32_t generation_ = 0;  // below kSuccess
 };
 
 }  // namespace velkaro::solver
