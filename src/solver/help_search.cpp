@@ -23,7 +23,8 @@ SolverJob::Outcome SolverJob::helpSearch() {
           --ply_;
           step_ = ply_ < startPly() ? Step::Done : Step::NextMove;
         } else {
-          if (ply_ == lastMovePly_ - 1) stack_[ply_].searchCount = onlyKingMovesMayMate(ply_);
+          // Whether only king moves may lead on to mate from this ply.
+          stack_[ply_].searchCount = ply_ == lastMovePly_ - 1 && onlyKingMovesMayMate(ply_);
           step_ = ply_ == lastMovePly_ ? Step::NextMate : Step::NextMove;
         }
         break;

@@ -16,7 +16,12 @@ RunEnd SolverJob::start(const SolveSettings& settings) {
   solutions_ = 0;
   clearStopRequest();
   startClock(false);
-  table_.reset(settings.tableMegabytes);
+  // Direct mates in two and selfmates in one never reach a ply that uses the
+  // table: they go without one.
+  const core::Stipulation& stipulation = settings.stipulation;
+  if (stipulation.helpmate || stipulation.moves >= (stipulation.selfmate ? 2 : 3)) {
+    table_.reset(settings.tableMegabytes);
+  }
   killers_ = {};
   moves_ = settings_.minimumMoves ? 1 : settings_.stipulation.moves;
   if (moves_ < 1 || moves_ > kMaxMoves || !prepareFreshSearch()) {
