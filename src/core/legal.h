@@ -87,9 +87,10 @@ template <int Side>
 
 // Makes `entry` of the man lifted from frame.fromSquare in `next`, records it
 // in the frame's move fields, and tests it: with `RequireCheck` the enemy king
-// on `enemyKing` must stand in check, and the own king (on `king`, or on the
-// target when the king itself moved) must not. `lines` are the lines from the
-// own king that held an enemy attacker before the move. With `TrackKing` a
+// on `enemyKing` must stand in check, and the own king (where the frame's
+// position has it, or on the target when the king itself moved) must not.
+// `lines` are the lines from the own king that held an enemy attacker before
+// the move. With `TrackKing` a
 // king move also moves the next frame's king square. A move that fails is put
 // back at once; one that passes stays made.
 template <int Side, bool RequireCheck = false, bool TrackKing = false>

@@ -15,8 +15,8 @@ namespace velkaro::solver {
 
 namespace {
 
-// The table starts with this many buckets (512 KB).
-constexpr std::size_t kFirstBuckets = 4096;
+// The table starts with this many buckets (64 KB).
+constexpr std::size_t kFirstBuckets = 512;
 
 std::uint64_t mix(std::uint64_t value) {
   value ^= value >> 31;
