@@ -19,6 +19,7 @@ struct SolveOptions {
   bool secondMoves = false;
   bool minimumMoves = false;
   bool stopFirst = false;
+  int tableMegabytes = solver::SolveSettings{}.tableMegabytes;
 };
 
 // The options a run reads, whatever position it solves.
@@ -38,6 +39,7 @@ int runSolve(const SolveOptions& options) {
   settings.stipulation = stipulationFrom(options.stipulation, solver::kMaxMoves);
   settings.setup = setupFrom(options.position);
   settings.testAllSecondMoves = options.secondMoves && !settings.stipulation.helpmate;
+  settings.tableMegabytes = options.tableMegabytes;
   if (!options.firstMove.empty()) settings.firstMove = chosenFirstMove(settings.setup, options.firstMove);
   return runJob<solver::SolverJob>(settings, options.language);
 }
@@ -56,6 +58,8 @@ void addSolveCommand(CLI::App& app, int& status) {
   command->add_flag("--min-moves", options->minimumMoves, "look for the shortest solution first");
   command->add_option("--first-move", options->firstMove, "test this one first move (Qb3-a3, b3a3, Qa3, e8=Q, 0-0)");
   command->add_flag("--stop-first", options->stopFirst, "stop after the first key");
+  command->add_option("--table-mb", options->tableMegabytes, "memory for proved positions, in MB (0: none)")
+      ->check(CLI::Range(0, 65536));
   addBatchOptions(*command, *batch);
   command->callback([options, batch, &status] {
     status = batch->file.empty() ? runSolve(*options) : runBatchSolve(*batch, runOptions(*options), options->language);

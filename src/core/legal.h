@@ -85,6 +85,45 @@ template <int Side>
   }
 }
 
+// Makes `entry` of the man lifted from frame.fromSquare in `next`, records it
+// in the frame's move fields, and tests it: with `RequireCheck` the enemy king
+// on `enemyKing` must stand in check, and the own king (where the frame's
+// position has it, or on the target when the king itself moved) must not.
+// `lines` are the lines from the own king that held an enemy attacker before
+// the move. With `TrackKing` a
+// king move also moves the next frame's king square. A move that fails is put
+// back at once; one that passes stays made.
+template <int Side, bool RequireCheck = false, bool TrackKing = false>
+[[gnu::always_inline]] inline bool tryMove(PlyFrame& frame, Position& next, const MoveEntry& entry, const unsigned& lines,
+                                           int enemyKing = 0) {
+  const int to = entry.target;
+  const bool plainMove = entry.kind > kind::EnPassant || entry.kind < 0;
+  const int placed = plainMove ? entry.kind : makeSpecial<Side>(entry.kind, to, next);
+  frame.toSquare = to;
+  frame.moveKind = entry.kind;
+  frame.placedPiece = placed;
+  next.board[to] = static_cast<std::int8_t>(placed);
+  if constexpr (RequireCheck) {
+    if (isAttackedByOpponentOf<-Side>(enemyKing, next) < 0) {
+      putBack<Side>(frame, next);
+      return false;
+    }
+  }
+  bool kingAttacked;
+  if (placed == Side * piece::King) {
+    if constexpr (TrackKing) kingSquareOf<Side>(next) = static_cast<std::uint8_t>(to);
+    kingAttacked = isAttackedByOpponentOf<Side>(to, next) >= 0;
+  } else {
+    kingAttacked =
+        lines != 0 && isAttackedAlongByOpponentOf<Side>(kingSquareOf<Side>(frame.position), next, lines) >= 0;
+  }
+  if (kingAttacked) {
+    putBack<Side>(frame, next);
+    return false;
+  }
+  return true;
+}
+
 // Whether the man `code` on `square` could give check with one of its moves;
 // a king that may still castle and the pawns of a ply with an en-passant
 // capture are always taken.
@@ -189,42 +228,68 @@ template <int Side, MoveTest Test>
       continue;
     }
     ++frame.entryIndex;
-    const int to = entry.target;
-    const bool plainMove = entry.kind > kind::EnPassant || entry.kind < 0;
+    int enemyKing = 0;
     if constexpr (Test == MoveTest::Checking) {
+      enemyKing = detail::enemyKingSquareOf<Side>(frame.position);
       // Most moves cannot check at all: they are passed over without being made.
-      if (plainMove && !mayGiveCheck(entry.kind, frame.fromSquare, to, detail::enemyKingSquareOf<Side>(frame.position),
+      const bool plainMove = entry.kind > kind::EnPassant || entry.kind < 0;
+      if (plainMove && !mayGiveCheck(entry.kind, frame.fromSquare, entry.target, enemyKing,
                                      stack.discoveryLines[static_cast<std::size_t>(ply)])) {
         continue;
       }
     }
-    const int placed = plainMove ? entry.kind : detail::makeSpecial<Side>(entry.kind, to, next);
-    frame.toSquare = to;
-    frame.moveKind = entry.kind;
-    frame.placedPiece = placed;
-    next.board[to] = static_cast<std::int8_t>(placed);
-
-    if constexpr (Test == MoveTest::Checking) {
-      if (isAttackedByOpponentOf<-Side>(detail::enemyKingSquareOf<Side>(frame.position), next) < 0) {
-        detail::putBack<Side>(frame, next);
-        continue;
-      }
-    }
-    bool kingAttacked;
-    if (placed == Side * piece::King) {
-      if constexpr (Test == MoveTest::Legal) detail::kingSquareOf<Side>(next) = static_cast<std::uint8_t>(to);
-      kingAttacked = isAttackedByOpponentOf<Side>(to, next) >= 0;
-    } else {
-      kingAttacked =
-          kingLines != 0 && isAttackedAlongByOpponentOf<Side>(detail::kingSquareOf<Side>(next), next, kingLines) >= 0;
-    }
-    if (kingAttacked) {
-      detail::putBack<Side>(frame, next);
+    if (!detail::tryMove<Side, Test == MoveTest::Checking, Test == MoveTest::Legal>(frame, next, entry, kingLines,
+                                                                                    enemyKing)) {
       continue;
     }
     if constexpr (Test == MoveTest::Legal) detail::updateCastlingRights<Side>(frame, next);
     return -1;
   }
+}
+
+// How many legal moves `Side` has at `ply`: what the legal-move iterator
+// would hand out, without making most of them. When the king is not in
+// check, a man that stands on no line from its king along which an enemy man
+// could attack leaves the king safe with every move it makes, so its list is
+// counted as it is; king moves, en-passant captures and the moves of every
+// man while in check are made and tested. Frame ply + 1 serves as scratch.
+template <int Side>
+int legalMoveCount(PlyStack& stack, int ply) {
+  PlyFrame& frame = stack[ply];
+  Position& next = (&frame)[1].position;
+  copyPositionToNextPly(frame);
+  const std::int8_t* board = frame.position.board;
+  const int king = detail::kingSquareOf<Side>(frame.position);
+  const unsigned lines = attackLinesAgainst<Side>(king, frame.position);
+  const bool inCheck = lines != 0 && isAttackedByOpponentOf<Side>(king, frame.position) >= 0;
+  const int enPassant = enPassantPawn(stack, ply);
+  int count = 0;
+  for (int square = 0; square < 64; ++square) {
+    const int code = board[square];
+    if (code * Side <= 0) continue;
+    const bool pawn = code == Side * piece::Pawn;
+    const int moves = generatePieceMoves(frame, square, code, pawn ? enPassant : -1);
+    const int line = check_geometry::kLines[static_cast<std::size_t>(king)][static_cast<std::size_t>(square)];
+    const bool pinnable = line >= 0 && ((lines >> line) & 1) != 0;
+    if (!inCheck && !pinnable && code != Side * piece::King && !(pawn && enPassant >= 0)) {
+      count += moves;
+      continue;
+    }
+    frame.fromSquare = square;
+    next.board[square] = 0;
+    for (const MoveEntry* entry = frame.moveList; entry->kind != kind::End; ++entry) {
+      if (detail::tryMove<Side>(frame, next, *entry, lines)) {
+        ++count;
+        detail::putBack<Side>(frame, next);
+      }
+    }
+    next.board[square] = static_cast<std::int8_t>(code);
+  }
+  return count;
+}
+
+inline int legalMoveCount(PlyStack& stack, int ply) {
+  return stack.sideAt(ply) == White ? legalMoveCount<White>(stack, ply) : legalMoveCount<Black>(stack, ply);
 }
 
 // The members of the family for the side that moves at `ply`.

@@ -51,22 +51,12 @@ bool hasLegalMove(PlyStack& stack, int ply) {
     next.board[square] = 0;
     generatePieceMoves(frame, square, code, code == Side * piece::Pawn ? enPassant : -1);
     for (const MoveEntry* entry = frame.moveList; entry->kind != kind::End; ++entry) {
-      const int to = entry->target;
-      const bool special = entry->kind >= kind::WhiteLongCastle && entry->kind <= kind::EnPassant;
-      if (((answers >> to) & 1) == 0 && entry->kind != kind::EnPassant) continue;
+      if (((answers >> entry->target) & 1) == 0 && entry->kind != kind::EnPassant) continue;
       if (!linesKnown && square != king) {
         lines = attackLinesAgainst<Side>(king, frame.position);
         linesKnown = true;
       }
-      const int placed = special ? detail::makeSpecial<Side>(entry->kind, to, next) : entry->kind;
-      next.board[to] = static_cast<std::int8_t>(placed);
-      const bool legal = placed == Side * piece::King
-                             ? isAttackedByOpponentOf<Side>(to, next) < 0
-                             : lines == 0 || isAttackedAlongByOpponentOf<Side>(king, next, lines) < 0;
-      frame.toSquare = to;
-      frame.moveKind = entry->kind;
-      detail::putBack<Side>(frame, next);
-      if (legal) return true;
+      if (detail::tryMove<Side>(frame, next, *entry, lines)) return true;
     }
     next.board[square] = static_cast<std::int8_t>(code);
     return false;
@@ -86,6 +76,27 @@ bool hasLegalMove(PlyStack& stack, int ply) {
         check_geometry::kReach[static_cast<std::size_t>(pieceSlot(code))][static_cast<std::size_t>(square)];
     if ((reach & answers) == 0 && !takesEnPassant) continue;
     if (anyLegalMoveOf(square)) return true;
+  }
+  return false;
+}
+
+// Whether some man of `Side` could give check with one move to the enemy king
+// on `enemyKing`, judged by geometry alone: by the squares it can reach, or by
+// leaving a line from the king that holds one of its line pieces (blockers
+// ignored). A king that may still castle counts as able; an en-passant
+// capture is the caller's to allow for. A move of the other side that is not
+// a king move cannot make a "no" a "yes": it adds no man of `Side` and no line.
+template <int Side>
+bool canCheckWithAMove(const Position& position, int enemyKing) {
+  const std::int8_t* board = position.board;
+  const int rights = Side == White ? position.whiteLongCastle | position.whiteShortCastle
+                                   : position.blackLongCastle | position.blackShortCastle;
+  const unsigned lines = attackLinesAgainst<-Side>(enemyKing, position);
+  for (std::uint64_t men = menOf<Side>(board); men != 0; men &= men - 1) {
+    const int square = std::countr_zero(men);
+    const int code = board[square];
+    if (code == Side * piece::King && rights != 0) return true;
+    if (mayCheckWithAMove(code, square, enemyKing, lines)) return true;
   }
   return false;
 }

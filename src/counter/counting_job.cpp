@@ -1,8 +1,15 @@
 // The continuation counter: an iterative walk over the ply stack to each
 // depth in turn, counting the legal moves at the last ply without going
-// deeper, and one count line per depth.
+// deeper, and one count line per depth. The moves of the first ply are shared
+// out among walkers, each with a ply stack of its own: a walker takes the next
+// move nobody has taken yet and counts everything below it. The counts add up
+// to the same totals whoever counted what, so the result never depends on how
+// the walkers met the moves; Stop leaves every walker where it stood.
 
 #include "counter/counting_job.h"
+
+#include <algorithm>
+#include <thread>
 
 #include "core/legal.h"
 #include "core/movegen.h"
@@ -10,9 +17,47 @@
 
 namespace velkaro::counter {
 
+// One walker's place in the tree and what it has counted of this depth. Only
+// its own thread writes the counts; the job thread reads them for progress.
+struct CountingJob::Walker {
+  core::PlyStack stack;
+  int ply = 1;
+  bool descending = true;  // the walk enters `ply` afresh; otherwise it goes on there
+  int index = -1;          // the place of the first-ply move made now in the first ply's moves
+  bool done = false;       // no first-ply move is left for this walker
+  std::atomic<std::uint64_t> leaves{0};
+  std::atomic<std::uint64_t> tested{0};
+
+  void add(std::atomic<std::uint64_t>& counter, std::uint64_t moves) {
+    counter.store(counter.load(std::memory_order_relaxed) + moves, std::memory_order_relaxed);
+  }
+};
+
+namespace {
+
+// The tested moves in the counter's form, which carries into the billions
+// only once the remainder exceeds one billion.
+jobs::BigCount lateCarried(std::uint64_t total) {
+  if (total == 0) return {};
+  const std::uint64_t billions = (total - 1) / jobs::BigCount::kBillion;
+  return {static_cast<std::int32_t>(billions),
+          static_cast<std::int32_t>(total - billions * jobs::BigCount::kBillion)};
+}
+
+jobs::BigCount carried(std::uint64_t total) {
+  return {static_cast<std::int32_t>(total / jobs::BigCount::kBillion),
+          static_cast<std::int32_t>(total % jobs::BigCount::kBillion)};
+}
+
+}  // namespace
+
+CountingJob::CountingJob(jobs::ProgressSink& progress, solver::RecordSink& records, core::MessageSink& messages)
+    : Job(progress, messages), records_(records) {}
+
+CountingJob::~CountingJob() = default;
+
 jobs::RunEnd CountingJob::start(const CountSettings& settings) {
   settings_ = settings;
-  lateBillionCarry_ = true;
   finished_ = true;
   startClock(false);
   if (settings_.depth < 1 || settings_.depth > kMaxCountDepth ||
@@ -23,8 +68,12 @@ jobs::RunEnd CountingJob::start(const CountSettings& settings) {
   finished_ = false;
   core::setUpRoot(stack_, settings_.setup);
   if (settings_.firstMove) core::applyFirstMove(stack_, *settings_.firstMove);
+  const int cores = static_cast<int>(std::thread::hardware_concurrency());
+  const int walkers = std::clamp(settings_.threads > 0 ? settings_.threads : cores, 1, 64);
+  walkers_.clear();
+  for (int i = 0; i < walkers; ++i) walkers_.push_back(std::make_unique<Walker>());
   depth_ = 1;
-  leaves_ = jobs::BigCount{};
+  testedBefore_ = 0;
   previous_ = jobs::BigCount{0, 1};  // the ratio of depth 1 is its count
   startDepth();
   return run();
@@ -38,10 +87,18 @@ jobs::RunEnd CountingJob::resume() {
 }
 
 void CountingJob::startDepth() {
-  ply_ = startPly();
-  descending_ = true;
-  firstMovesTried_ = 0;
   firstMovesTotal_ = settings_.firstMove ? 1 : core::countMoves(stack_, 1);
+  nextFirstMove_ = 0;
+  firstMovesTried_ = 0;
+  for (const auto& walker : walkers_) {
+    walker->stack = stack_;
+    walker->ply = startPly();
+    walker->descending = true;
+    walker->index = -1;
+    walker->done = false;
+    walker->leaves = 0;
+    walker->tested = 0;
+  }
   records_.record(solver::Searching{true});
 }
 
@@ -49,6 +106,7 @@ jobs::RunEnd CountingJob::run() {
   for (;;) {
     if (!walk()) {
       clearStopRequest();  // honoured
+      updateTested();
       stopClock();
       return jobs::RunEnd::Stopped;
     }
@@ -62,44 +120,103 @@ jobs::RunEnd CountingJob::run() {
   }
 }
 
-// Walks the tree to the current depth; false when a stop was asked for (the
-// walk's place is kept for Continue).
+// Counts the current depth; false when a stop was asked for (every walker's
+// place is kept for Continue). Up to the first ply's own moves there is
+// nothing to share: the first walker counts them.
 bool CountingJob::walk() {
-  if (depth_ < startPly()) {  // depth 1 of a forced first move: that move alone
-    countMove(leaves_);
+  Walker& first = *walkers_.front();
+  if (depth_ <= startPly()) {
+    if (!first.done) {
+      // Depth 1 of a forced first move is that move alone.
+      const std::uint64_t moves = depth_ < startPly() ? 1 : core::legalMoveCount(first.stack, depth_);
+      first.add(first.leaves, moves);
+      first.add(first.tested, moves);
+    }
+    for (const auto& walker : walkers_) walker->done = true;
     return true;
   }
-  for (;;) {
-    if (ply_ == depth_) {
-      countLeaves(ply_);
-    } else if (core::nextLegalMove(stack_, ply_, descending_ ? 0 : 1) < 0) {
-      countTestedMove();
-      if (ply_ == 1) moveBarFor(++firstMovesTried_, firstMovesTotal_);
-      ++ply_;
-      descending_ = true;
+  return walkShared();
+}
+
+bool CountingJob::walkShared() {
+  std::vector<std::thread> helpers;
+  std::vector<char> completed(walkers_.size(), 0);
+  for (std::size_t i = 1; i < walkers_.size(); ++i) {
+    helpers.emplace_back([this, i, &completed] { completed[i] = walkWith(*walkers_[i]); });
+  }
+  completed[0] = walkWith(*walkers_.front());
+  for (std::thread& helper : helpers) helper.join();
+  return std::all_of(completed.begin(), completed.end(), [](char done) { return done != 0; });
+}
+
+// One walker's share: it takes the next first-ply move nobody has taken,
+// steps its own first ply on to it, and walks the tree below it.
+bool CountingJob::walkWith(Walker& walker) {
+  const bool reporting = &walker == walkers_.front().get();
+  const int start = startPly();
+  core::PlyStack& stack = walker.stack;
+  std::uint64_t nextTick = walker.tested + static_cast<std::uint64_t>(refreshInterval_);
+  while (!walker.done) {
+    if (walker.ply == start) {
+      const int wanted = nextFirstMove_.fetch_add(1, std::memory_order_relaxed);
+      while (walker.index < wanted) {
+        if (core::nextLegalMove(stack, start, walker.index >= 0 ? 1 : 0) >= 0) {
+          walker.done = true;
+          break;
+        }
+        ++walker.index;
+      }
+      if (walker.done) break;
+      walker.add(walker.tested, 1);
+      const int tried = firstMovesTried_.fetch_add(1, std::memory_order_relaxed) + 1;
+      if (reporting) moveBarFor(tried, firstMovesTotal_);
+      walker.ply = start + 1;
+      walker.descending = true;
+    }
+    if (walker.ply == depth_) {
+      const int moves = core::legalMoveCount(stack, walker.ply);
+      walker.add(walker.leaves, static_cast<std::uint64_t>(moves));
+      walker.add(walker.tested, static_cast<std::uint64_t>(moves));
+    } else if (core::nextLegalMove(stack, walker.ply, walker.descending ? 0 : 1) < 0) {
+      walker.add(walker.tested, 1);
+      ++walker.ply;
+      walker.descending = true;
       continue;
     }
-    if (--ply_ < startPly()) return true;
-    descending_ = false;
+    --walker.ply;
+    walker.descending = false;
+    if (reporting && walker.tested >= nextTick) {
+      showProgress();
+      nextTick = walker.tested + static_cast<std::uint64_t>(refreshInterval_);
+    }
     if (stopRequested()) return false;
   }
+  return true;
 }
 
-// Every legal move at the last ply is counted; none is gone into.
-void CountingJob::countLeaves(int ply) {
-  for (int continuing = 0; core::nextLegalMove(stack_, ply, continuing) < 0; continuing = 1) countMove(leaves_);
+// The tested moves so far, counted by every walker.
+void CountingJob::updateTested() {
+  std::uint64_t tested = testedBefore_;
+  for (const auto& walker : walkers_) tested += walker->tested.load(std::memory_order_relaxed);
+  tested_ = lateCarried(tested);
 }
 
-void CountingJob::countMove(jobs::BigCount& leaves) {
-  leaves.add();
-  countTestedMove();
+void CountingJob::showProgress() {
+  updateTested();
+  tick();
 }
 
 void CountingJob::reportDepth() {
+  std::uint64_t leaves = 0;
+  for (const auto& walker : walkers_) {
+    leaves += walker->leaves;
+    testedBefore_ += walker->tested;
+  }
+  tested_ = lateCarried(testedBefore_);
+  const jobs::BigCount count = carried(leaves);
   moveBar(jobs::kProgressBarFull);
-  records_.record(solver::CountLine{depth_, leaves_, previous_, stack_.rootSide, depth_ == settings_.depth});
-  previous_ = leaves_;
-  leaves_ = jobs::BigCount{};
+  records_.record(solver::CountLine{depth_, count, previous_, stack_.rootSide, depth_ == settings_.depth});
+  previous_ = count;
   finalUpdate();
 }
 

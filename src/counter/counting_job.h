@@ -2,9 +2,14 @@
 // A Variants run: how many legal continuations the position has after 1, 2,
 // ... n single moves, depth after depth, each with its branching ratio. It is
 // a job like a solving run: the same ply stack, tested-move counter, progress
-// tick, Stop and Continue.
+// tick, Stop and Continue. A count is a sum over the first moves, so the
+// first moves of a depth are shared out among walkers, one per core.
 
+#include <atomic>
+#include <cstdint>
+#include <memory>
 #include <optional>
+#include <vector>
 
 #include "core/first_moves.h"
 #include "core/position.h"
@@ -17,6 +22,7 @@ struct CountSettings {
   core::BoardSetup setup;
   int depth = 1;  // the largest number of single moves to count
   std::optional<core::FirstMove> firstMove;  // "Select move"; none means all moves
+  int threads = 0;  // walkers counting side by side (0: one per core)
 };
 
 // Deepest count the ply stack holds (the last ply's moves are made one frame up).
@@ -25,8 +31,8 @@ inline constexpr int kMaxCountDepth = core::kPlyFrameCount - 2;
 class CountingJob : public jobs::Job {
  public:
   // Each depth's count goes to `records` as a count line.
-  CountingJob(jobs::ProgressSink& progress, solver::RecordSink& records, core::MessageSink& messages)
-      : Job(progress, messages), records_(records) {}
+  CountingJob(jobs::ProgressSink& progress, solver::RecordSink& records, core::MessageSink& messages);
+  ~CountingJob() override;
 
   jobs::RunEnd start(const CountSettings& settings);
   // Continue after Stop: the walk goes on where it stopped.
@@ -34,24 +40,28 @@ class CountingJob : public jobs::Job {
   bool finished() const { return finished_; }
 
  private:
+  struct Walker;
+
   jobs::RunEnd run();
   void startDepth();
   bool walk();
-  void countLeaves(int ply);
-  void countMove(jobs::BigCount& leaves);
+  bool walkShared();
+  bool walkWith(Walker& walker);
   void reportDepth();
+  void updateTested();
+  void showProgress();
 
   int startPly() const { return settings_.firstMove ? 2 : 1; }
 
   CountSettings settings_;
   int depth_ = 1;
-  int ply_ = 1;
-  bool descending_ = true;  // the walk enters ply_ afresh; otherwise it goes on there
   bool finished_ = true;
-  int firstMovesTried_ = 0;
   int firstMovesTotal_ = 0;
-  jobs::BigCount leaves_;
   jobs::BigCount previous_;
+  std::uint64_t testedBefore_ = 0;  // tested moves of the run outside the walkers' counts
+  std::atomic<int> nextFirstMove_{0};
+  std::atomic<int> firstMovesTried_{0};
+  std::vector<std::unique_ptr<Walker>> walkers_;
   solver::RecordSink& records_;
   core::PlyStack stack_;
 };

@@ -6,6 +6,7 @@
 
 #include "core/attacks.h"
 #include "core/legal.h"
+#include "core/mate_test.h"
 #include "solver/solver_job.h"
 
 namespace velkaro::solver {
@@ -17,7 +18,15 @@ SolverJob::Outcome SolverJob::helpSearch() {
     switch (step_) {
       case Step::Enter:
         stack_[ply_].searchFlag = 0;
-        step_ = ply_ == lastMovePly_ ? Step::NextMate : Step::NextMove;
+        solved_[static_cast<std::size_t>(ply_)] = false;
+        if (provedAt(ply_) == ProofTable::Proof::Failure) {
+          --ply_;
+          step_ = ply_ < startPly() ? Step::Done : Step::NextMove;
+        } else {
+          // Whether only king moves may lead on to mate from this ply.
+          stack_[ply_].searchCount = ply_ == lastMovePly_ - 1 && onlyKingMovesMayMate(ply_);
+          step_ = ply_ == lastMovePly_ ? Step::NextMate : Step::NextMove;
+        }
         break;
       case Step::NextMate:
         found = helpNextMate();
@@ -40,6 +49,7 @@ bool SolverJob::helpNextMove() {
     countTestedMove();
     ++frame.searchFlag;
     if (ply_ == 1) newFirstMove();
+    if (frame.searchCount != 0 && cannotLeadToMate(frame)) return false;
     ++ply_;
     step_ = Step::Enter;
     return false;
@@ -47,9 +57,13 @@ bool SolverJob::helpNextMove() {
   // Mated at one of its own plies: the line so far is a shorter helpmate.
   const bool mated = frame.searchFlag == 0 && attackerPly(ply_) && ply_ > 2 &&
                      core::inCheck(stack_.sideAt(ply_), frame.position);
+  if (!mated && !solved_[static_cast<std::size_t>(ply_)]) storeFailure(ply_);
   --ply_;
   step_ = ply_ < startPly() ? Step::Done : Step::NextMove;
-  if (mated) helpmatePlies_ = ply_;
+  if (mated) {
+    helpmatePlies_ = ply_;
+    markSolved();
+  }
   return mated;
 }
 
@@ -59,11 +73,43 @@ bool SolverJob::helpNextMate() {
   if (findMate(ply_, frame.searchFlag)) {
     ++frame.searchFlag;
     helpmatePlies_ = ply_;
+    markSolved();
     return true;
   }
+  if (!solved_[static_cast<std::size_t>(ply_)]) storeFailure(ply_);
   --ply_;
   step_ = ply_ < startPly() ? Step::Done : Step::NextMove;
   return false;
+}
+
+}  // namespace velkaro::solver
+
+namespace velkaro::solver {
+
+// A solution ends at the current ply: every ply of its line has one below it.
+void SolverJob::markSolved() {
+  for (int ply = 1; ply <= ply_; ++ply) solved_[static_cast<std::size_t>(ply)] = true;
+}
+
+}  // namespace velkaro::solver
+
+namespace velkaro::solver {
+
+// Before the last move of the side to be mated: when no man of the mating
+// side could check its king where it stands, whatever else moves, only a move
+// of the king itself or a pawn's double step (which may allow an en-passant
+// capture) can lead to mate.
+bool SolverJob::onlyKingMovesMayMate(int ply) {
+  const core::Position& position = stack_[ply].position;
+  return stack_.sideAt(ply) == core::White
+             ? !core::canCheckWithAMove<core::Black>(position, position.whiteKingSquare)
+             : !core::canCheckWithAMove<core::White>(position, position.blackKingSquare);
+}
+
+bool SolverJob::cannotLeadToMate(const core::PlyFrame& frame) {
+  const int piece = frame.movedPiece < 0 ? -frame.movedPiece : frame.movedPiece;
+  const int step = frame.toSquare - frame.fromSquare;
+  return piece != core::piece::King && !(piece == core::piece::Pawn && (step == 16 || step == -16));
 }
 
 }  // namespace velkaro::solver

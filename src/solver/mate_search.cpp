@@ -42,7 +42,12 @@ void SolverJob::enterPly() {
   PlyFrame& frame = stack_[ply_];
   frame.searchFlag = 0;  // moves made at this ply so far
   const bool selfmate = settings_.stipulation.selfmate;
-  if (!selfmate && ply_ == lastMovePly_) {
+  if (const ProofTable::Proof proof = provedAt(ply_); proof != ProofTable::Proof::None) {
+    result_ = proof == ProofTable::Proof::Success;
+    step_ = Step::Returned;
+  } else if (killerDecides()) {
+    step_ = Step::Returned;
+  } else if (!selfmate && ply_ == lastMovePly_) {
     step_ = Step::NextMate;
   } else if (!selfmate && ply_ == plies_) {
     // Only a forced first move of a mate in 1 leads here: did it mate?
@@ -113,6 +118,11 @@ void SolverJob::exhaustedPly() {
     result_ = moved || (!selfmate && mated);
   }
   if (mated && ply_ > 1) stack_[ply_ - 1].searchCount = 1;
+  if (result_) {
+    storeSuccess(ply_);
+  } else {
+    storeFailure(ply_);
+  }
   step_ = Step::Returned;
 }
 
@@ -127,6 +137,7 @@ SolverJob::Outcome SolverJob::returnedFromPly() {
   const int parent = ply_ - 1;
   ply_ = parent;
   if (attackerPly(parent)) {
+    if (result_) rememberKiller(parent);
     if (!result_) {
       step_ = Step::NextMove;
     } else if (parent == 1) {
@@ -135,12 +146,15 @@ SolverJob::Outcome SolverJob::returnedFromPly() {
       addSecondMove();
       step_ = Step::NextMove;
     } else {
+      storeSuccess(parent);
       step_ = Step::Returned;  // this ply succeeds too
     }
   } else if (result_) {
     if (parent == 2 && phase_ == Phase::Keys) addVariation();
     step_ = Step::NextMove;
   } else {
+    storeFailure(parent);
+    rememberKiller(parent);
     step_ = Step::Returned;  // a refutation: this ply fails
   }
   return Outcome::Searching;
@@ -253,6 +267,83 @@ void SolverJob::addMatingDefence() {
 void SolverJob::addSecondMove() {
   const bool mates = stack_[3].searchCount != 0 && !settings_.stipulation.selfmate;
   variations_.push_back({core::moveOf(stack_[2]), false, core::moveOf(stack_[3]), mates, secondMoves_++ > 0});
+}
+
+}  // namespace velkaro::solver
+
+namespace velkaro::solver {
+
+// Killer moves of a direct mate. Deep in the tree the order in which moves
+// are tried changes how much is searched, never the result, and a move that
+// decided a position often decides its neighbours too: the defence that
+// refuted at the ply before the mate, and the attacker's move that worked
+// two plies before it. A killer is tried first, all in one step (its tree is
+// two plies deep at most, and what the step proves goes into the table, so
+// the search does not prove it again); when it does not decide, the ply is
+// searched in generation order as always. Plies that make the key's lines
+// never use one.
+int SolverJob::killerPly(int ply) const {
+  if (settings_.stipulation.selfmate || settings_.stipulation.helpmate) return 0;
+  if (ply == lastMovePly_ - 1 && ply >= 4) return -1;  // the defender's last move
+  if (ply == lastMovePly_ - 2 && ply >= 5) return 1;   // the attacker's move before it
+  return 0;
+}
+
+void SolverJob::rememberKiller(int ply) {
+  if (killerPly(ply) != 0) killers_[static_cast<std::size_t>(ply)] = core::moveOf(stack_[ply]);
+}
+
+bool SolverJob::killerDecides() {
+  const int kind = killerPly(ply_);
+  const core::MoveRecord killer = killers_[static_cast<std::size_t>(ply_)];
+  if (kind == 0 || killer.movedPiece == 0 || !makeKiller(ply_, killer)) return false;
+  if (kind < 0) {
+    if (findMate(ply_ + 1, 0)) return false;
+    result_ = false;
+    storeFailure(ply_);
+    return true;
+  }
+  if (!everyDefenceMated(ply_ + 1)) return false;
+  result_ = true;
+  storeSuccess(ply_);
+  return true;
+}
+
+// Makes `killer` at `ply` when it is a legal move there.
+bool SolverJob::makeKiller(int ply, const core::MoveRecord& killer) {
+  for (int continuing = 0; core::nextLegalMove(stack_, ply, continuing) < 0; continuing = 1) {
+    const PlyFrame& frame = stack_[ply];
+    if (frame.fromSquare == killer.fromSquare && frame.toSquare == killer.toSquare &&
+        frame.moveKind == killer.moveKind) {
+      countTestedMove();
+      return true;
+    }
+  }
+  return false;
+}
+
+// The defender at `ply` is mated now or after every defence; the answer goes
+// into the table.
+bool SolverJob::everyDefenceMated(int ply) {
+  if (const ProofTable::Proof proof = provedAt(ply); proof != ProofTable::Proof::None) {
+    return proof == ProofTable::Proof::Success;
+  }
+  bool moved = false;
+  for (int continuing = 0; core::nextLegalMove(stack_, ply, continuing) < 0; continuing = 1) {
+    countTestedMove();
+    moved = true;
+    if (!findMate(ply + 1, 0)) {
+      storeFailure(ply);
+      return false;
+    }
+  }
+  const bool mated = moved || core::inCheck(stack_.sideAt(ply), stack_[ply].position);
+  if (mated) {
+    storeSuccess(ply);
+  } else {
+    storeFailure(ply);
+  }
+  return mated;
 }
 
 }  // namespace velkaro::solver

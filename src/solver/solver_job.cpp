@@ -15,6 +15,13 @@ RunEnd SolverJob::start(const SolveSettings& settings) {
   finished_ = false;
   solutions_ = 0;
   startClock(false);
+  // Direct mates in two and selfmates in one never reach a ply that uses the
+  // table: they go without one.
+  const core::Stipulation& stipulation = settings.stipulation;
+  if (stipulation.helpmate || stipulation.moves >= (stipulation.selfmate ? 2 : 3)) {
+    table_.reset(settings.tableMegabytes);
+  }
+  killers_ = {};
   moves_ = settings_.minimumMoves ? 1 : settings_.stipulation.moves;
   if (moves_ < 1 || moves_ > kMaxMoves || !prepareFreshSearch()) {
     finished_ = true;
@@ -66,6 +73,34 @@ void SolverJob::beginDepth() {
   stack_[1].searchCount = 0;
   helpmatePlies_ = 0;
   if (settings_.firstMove) computeThreat();
+}
+
+// A helpmate's table serves every ply from the second to the mate; a direct
+// mate's or selfmate's from the third (the first two make the key's lines) to
+// the one before the last move, but not the third while all second moves are
+// listed, where every working reply is a line of its own.
+bool SolverJob::tableAt(int ply) const {
+  if (settings_.stipulation.helpmate) return ply >= 2 && ply <= lastMovePly_;
+  if (ply >= lastMovePly_) return false;
+  return ply >= 4 || (ply == 3 && phase_ == Phase::Keys);
+}
+
+ProofTable::Proof SolverJob::provedAt(int ply) const {
+  if (!tableAt(ply)) return ProofTable::Proof::None;
+  return table_.proved(tableKeyAt(stack_, ply, lastMovePly_ + 1 - ply));
+}
+
+void SolverJob::storeFailure(int ply) {
+  if (tableAt(ply)) table_.store(tableKeyAt(stack_, ply, lastMovePly_ + 1 - ply), ProofTable::Proof::Failure);
+}
+
+// A helpmate's solutions must all be listed, so only a direct mate's or
+// selfmate's success is kept; and only from the fifth ply on, below the plies
+// whose moves the lines under a key show with their mate marks.
+void SolverJob::storeSuccess(int ply) {
+  if (ply >= 5 && !settings_.stipulation.helpmate && tableAt(ply)) {
+    table_.store(tableKeyAt(stack_, ply, lastMovePly_ + 1 - ply), ProofTable::Proof::Success);
+  }
 }
 
 void SolverJob::addMinimumMovesHeader() { records_.record(MovesHeader{moves_}); }

@@ -4,6 +4,7 @@
 // stipulation and reports each result; Stop and Continue re-enter the body
 // exactly where it left off.
 
+#include <array>
 #include <optional>
 #include <vector>
 
@@ -11,6 +12,7 @@
 #include "core/position.h"
 #include "core/stipulation.h"
 #include "jobs/job.h"
+#include "solver/proof_table.h"
 #include "solver/records.h"
 
 namespace velkaro::solver {
@@ -24,6 +26,9 @@ struct SolveSettings {
   bool stopOnFirstSolution = true;   // "Stop on first solution"
   bool testAllSecondMoves = false;   // "Testing all second moves" (not for helpmates)
   std::optional<core::FirstMove> firstMove;  // "Select move"; none means all moves
+  // Size of the table of proved results, in megabytes (0: no table). It
+  // changes how much is searched, never what is found.
+  int tableMegabytes = 64;
 };
 
 // Deepest stipulations the ply stack holds: 2n + 2 frames for a helpmate or
@@ -79,11 +84,25 @@ class SolverJob : public jobs::Job {
   void addVariation();
   void addSecondMove();
   void addMatingDefence();
+  int killerPly(int ply) const;
+  void rememberKiller(int ply);
+  bool killerDecides();
+  bool makeKiller(int ply, const core::MoveRecord& killer);
+  bool everyDefenceMated(int ply);
 
   // Helpmates.
   Outcome helpSearch();
   bool helpNextMove();
   bool helpNextMate();
+  bool onlyKingMovesMayMate(int ply);
+  static bool cannotLeadToMate(const core::PlyFrame& frame);
+
+  // The table of proved results: which plies may use it, and its use there.
+  bool tableAt(int ply) const;
+  ProofTable::Proof provedAt(int ply) const;
+  void storeFailure(int ply);
+  void storeSuccess(int ply);
+  void markSolved();
 
   void reportMateResult(bool found);
   void reportHelpResult(bool found);
@@ -110,6 +129,11 @@ class SolverJob : public jobs::Job {
   int helpmatePlies_ = 0;    // length of the helpmate line just found
   std::optional<core::MoveRecord> threat_;
   std::vector<Variation> variations_;
+  ProofTable table_;
+  std::array<core::MoveRecord, core::kPlyFrameCount> killers_{};
+  // Per ply of a helpmate: whether a solution was found below the ply's
+  // current position (its failure may then not be stored).
+  std::array<bool, core::kPlyFrameCount> solved_{};
   RecordSink& records_;
   core::PlyStack stack_;
 };

@@ -1,0 +1,149 @@
+// The proof table: exact position keys, three-entry buckets, generations
+// instead of clearing.
+
+#include "solver/proof_table.h"
+
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <cstdlib>
+#include <cstring>
+
+#include "core/movegen.h"
+
+namespace velkaro::solver {
+
+namespace {
+
+// The table starts with this many buckets (64 KB).
+constexpr std::size_t kFirstBuckets = 512;
+
+std::uint64_t mix(std::uint64_t value) {
+  value ^= value >> 31;
+  value *= 0x9e3779b97f4a7c15;
+  return value ^ (value >> 29);
+}
+
+// Bits 2 to 5 of each of eight piece codes, side by side in 32 bits. The
+// order of the nibbles follows the machine's byte order; keys are compared
+// only within one run.
+std::uint64_t packedRow(const std::int8_t* row) {
+  std::uint64_t bytes;
+  std::memcpy(&bytes, row, sizeof bytes);
+  std::uint64_t nibbles = (bytes >> 2) & 0x0f0f0f0f0f0f0f0f;
+  nibbles = (nibbles | (nibbles >> 4)) & 0x00ff00ff00ff00ff;
+  nibbles = (nibbles | (nibbles >> 8)) & 0x0000ffff0000ffff;
+  return (nibbles | (nibbles >> 16)) & 0x00000000ffffffff;
+}
+
+// A White king and a Black pawn share their four bits; no two other men do.
+static_assert(((core::piece::King >> 2) & 15) == ((-core::piece::Pawn >> 2) & 15));
+
+}  // namespace
+
+TableKey tableKeyAt(const core::PlyStack& stack, int ply, int pliesLeft) {
+  const core::Position& position = stack[ply].position;
+  TableKey key;
+  for (int pair = 0; pair < 4; ++pair) {
+    key.squares[pair] = packedRow(position.board + 16 * pair) | (packedRow(position.board + 16 * pair + 8) << 32);
+  }
+  const int enPassant = core::enPassantPawn(stack, ply);
+  key.rest = static_cast<std::uint32_t>((stack.sideAt(ply) == core::White ? 0 : 1) |
+                                        (position.whiteLongCastle ? 2 : 0) | (position.whiteShortCastle ? 4 : 0) |
+                                        (position.blackLongCastle ? 8 : 0) | (position.blackShortCastle ? 16 : 0) |
+                                        ((enPassant + 1) << 5) | (pliesLeft << 12) |
+                                        (position.whiteKingSquare << 18) | (position.blackKingSquare << 24));
+  return key;
+}
+
+void ProofTable::Free::operator()(void* memory) const { std::free(memory); }
+
+void ProofTable::reset(int megabytes) {
+  if (megabytes != megabytes_) {
+    memory_.reset();
+    buckets_ = nullptr;
+    megabytes_ = 0;
+    generation_ = 0;
+    if (megabytes <= 0) return;
+    // A power of two of buckets, as many as fit.
+    const std::size_t bytes = static_cast<std::size_t>(megabytes) << 20;
+    const std::size_t count = std::bit_floor(bytes / sizeof(Bucket));
+    // calloc hands out large blocks as untouched zero pages; the table costs
+    // memory only where it is written.
+    memory_.reset(std::calloc(count * sizeof(Bucket) + alignof(Bucket), 1));
+    if (!memory_) return;
+    void* aligned = memory_.get();
+    std::size_t space = count * sizeof(Bucket) + alignof(Bucket);
+    buckets_ = static_cast<Bucket*>(std::align(alignof(Bucket), count * sizeof(Bucket), aligned, space));
+    maxMask_ = count - 1;
+    megabytes_ = megabytes;
+  }
+  if (buckets_ == nullptr) return;
+  mask_ = std::min(maxMask_, kFirstBuckets - 1);
+  stores_ = 0;
+  if (++generation_ == kSuccess) {  // the stamps wrapped: forget by clearing
+    std::memset(static_cast<void*>(buckets_), 0, (maxMask_ + 1) * sizeof(Bucket));
+    generation_ = 1;
+  }
+}
+
+std::uint64_t ProofTable::hashOf(const std::uint64_t* squares, std::uint32_t rest) {
+  return mix(squares[0] ^ mix(squares[1] ^ mix(squares[2] ^ mix(squares[3] ^ rest))));
+}
+
+ProofTable::Bucket& ProofTable::bucketOf(const TableKey& key) const {
+  return buckets_[hashOf(key.squares, key.rest) & mask_];
+}
+
+// Doubles the buckets in use: each entry of bucket i either stays or moves to
+// bucket i + n, by the next bit of its hash, into the same slot of its new
+// bucket.
+void ProofTable::grow() {
+  const std::size_t count = mask_ + 1;
+  for (std::size_t index = 0; index < count; ++index) {
+    Bucket& bucket = buckets_[index];
+    Bucket& partner = buckets_[index + count];
+    partner = Bucket{};
+    for (Entry& entry : bucket.entries) {
+      if (!current(entry) || (hashOf(entry.squares, entry.rest) & count) == 0) continue;
+      partner.entries[&entry - bucket.entries] = entry;
+      entry.stamp = 0;
+    }
+  }
+  mask_ = 2 * count - 1;
+  stores_ = 0;
+}
+
+bool ProofTable::holds(const Entry& entry, const TableKey& key) const {
+  return current(entry) && entry.rest == key.rest && entry.squares[0] == key.squares[0] &&
+         entry.squares[1] == key.squares[1] && entry.squares[2] == key.squares[2] &&
+         entry.squares[3] == key.squares[3];
+}
+
+ProofTable::Proof ProofTable::proved(const TableKey& key) const {
+  if (buckets_ == nullptr) return Proof::None;
+  const Bucket& bucket = bucketOf(key);
+  for (const Entry& entry : bucket.entries) {
+    if (holds(entry, key)) return (entry.stamp & kSuccess) != 0 ? Proof::Success : Proof::Failure;
+  }
+  return Proof::None;
+}
+
+void ProofTable::store(const TableKey& key, Proof proof) {
+  if (buckets_ == nullptr || proof == Proof::None) return;
+  Bucket& bucket = bucketOf(key);
+  const auto pliesLeft = [](std::uint32_t rest) { return (rest >> 12) & 63; };
+  Entry* slot = &bucket.entries[0];
+  if (current(*slot) && pliesLeft(slot->rest) > pliesLeft(key.rest)) {
+    // The deeper entry stays; the other two take the new one in turn.
+    Entry& first = bucket.entries[1];
+    Entry& second = bucket.entries[2];
+    slot = !current(first) ? &first : !current(second) ? &second : (stores_ & 1) != 0 ? &first : &second;
+  }
+  *slot = Entry{{key.squares[0], key.squares[1], key.squares[2], key.squares[3]},
+                key.rest,
+                generation_ | (proof == Proof::Success ? kSuccess : 0)};
+  if (++stores_ > mask_ && mask_ < maxMask_) grow();
+}
+
+}  // namespace velkaro::solver
