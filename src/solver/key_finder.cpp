@@ -30,6 +30,7 @@ std::optional<std::vector<Key>> KeyFinder::keys(const core::BoardSetup& setup, c
   settings.stipulation = stipulation;
   settings.stopOnFirstSolution = true;
   settings.testAllSecondMoves = allSecondMoves;
+  settings.countsFirstMoves = false;
   collector_->keys.clear();
   jobs::RunEnd end = job_->start(settings);
   if (end == jobs::RunEnd::Refused) return std::nullopt;

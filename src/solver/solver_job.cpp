@@ -68,7 +68,7 @@ void SolverJob::beginDepth() {
   threat_.reset();
   variations_.clear();
   firstMovesTried_ = 0;
-  firstMovesTotal_ = settings_.firstMove ? 1 : core::countMoves(stack_, 1);
+  firstMovesTotal_ = settings_.firstMove ? 1 : settings_.countsFirstMoves ? core::countMoves(stack_, 1) : 0;
   stack_[ply_].searchFlag = 0;
   stack_[1].searchCount = 0;
   helpmatePlies_ = 0;

@@ -29,6 +29,9 @@ struct SolveSettings {
   // Size of the table of proved results, in megabytes (0: no table). It
   // changes how much is searched, never what is found.
   int tableMegabytes = 64;
+  // Whether the first moves are counted at each start, for the progress bar;
+  // a silent search shows no bar and saves the count.
+  bool countsFirstMoves = true;
 };
 
 // Deepest stipulations the ply stack holds: 2n + 2 frames for a helpmate or
