@@ -236,14 +236,15 @@ class MainWindow : public QMainWindow {
   QMenu* recentMenu_ = nullptr;
   QLabel* status_ = nullptr;
 
-  QUndoStack undoStack_;
-  core::BoardSetup recordedSetup_;  // the set-up the last undo step left
-  bool replaying_ = false;          // undo or redo is setting the set-up
-
   std::unique_ptr<JobRunner> runner_;
   // The writer of the run going on, in the language the run began with.
   std::unique_ptr<solver::ReportWriter> writer_;
   bool closeAfterRun_ = false;
+  // After the runner: the stack tells its actions, which ask the runner, as
+  // it goes.
+  QUndoStack undoStack_;
+  core::BoardSetup recordedSetup_;  // the set-up the last undo step left
+  bool replaying_ = false;          // undo or redo is setting the set-up
 };
 
 }  // namespace velkaro::ui
