@@ -70,7 +70,11 @@ void MainWindow::createEditCommands() {
   QAction* undo = addCommand(Undo, QStringLiteral("Undo"));
   undo->setShortcuts(QKeySequence::Undo);
   QAction* redo = addCommand(Redo, QStringLiteral("Redo"));
-  redo->setShortcuts(QList<QKeySequence>{QKeySequence(Qt::CTRL | Qt::Key_Y)} + QKeySequence::keyBindings(QKeySequence::Redo));
+  // Ctrl+Y on every platform; where the platform's own redo keys hold it
+  // already, a second entry would make the key ambiguous and dead.
+  QList<QKeySequence> redoKeys = QKeySequence::keyBindings(QKeySequence::Redo);
+  if (!redoKeys.contains(QKeySequence(Qt::CTRL | Qt::Key_Y))) redoKeys.prepend(QKeySequence(Qt::CTRL | Qt::Key_Y));
+  redo->setShortcuts(redoKeys);
   undo->setEnabled(false);
   redo->setEnabled(false);
   connect(undo, &QAction::triggered, &undoStack_, &QUndoStack::undo);
