@@ -189,7 +189,14 @@ void MainWindow::restoreWindowState() {
   }
   boardSplitter_->restoreState(settings.value("window/boardSplitter").toByteArray());
   resultSplitter_->restoreState(settings.value("window/resultSplitter").toByteArray());
-  tabs_->setCurrentIndex(settings.value("window/tab", 0).toInt());
+  // The tab's handler runs also for the first tab, which the tab bar shows
+  // already and so does not report: it enables Start.
+  const int tab = settings.value("window/tab", 0).toInt();
+  if (tab == tabs_->currentIndex()) {
+    changeMode(tab);
+  } else {
+    tabs_->setCurrentIndex(tab);
+  }
   importFolder_ = settings.value("import/folder", importFolder_).toString();
   importPath_ = settings.value("import/file").toString();
   importRow_ = settings.value("import/row", -1).toInt();

@@ -101,6 +101,20 @@ void writeFile(const QString& path, const QByteArray& bytes) {
   if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size()) qFatal("cannot write %s", qPrintable(path));
 }
 
+// Clicks `menu` on the menu bar, then its entry `entry`.
+void choose(MainWindow& window, const QString& menu, const QString& entry) {
+  QMenuBar* bar = window.menuBar();
+  for (QAction* title : bar->actions()) {
+    if (title->text().remove('&') != menu) continue;
+    QTest::mouseClick(bar, Qt::LeftButton, {}, bar->actionGeometry(title).center());
+    QMenu* popup = title->menu();
+    if (!QTest::qWaitFor([&] { return popup->isVisible(); })) qFatal("the menu %s did not open", qPrintable(menu));
+    for (QAction* item : popup->actions()) {
+      if (item->text() == entry) QTest::mouseClick(popup, Qt::LeftButton, {}, popup->actionGeometry(item).center());
+    }
+  }
+}
+
 struct Window : WindowFixture {
   MainWindow& main = *window;
 
@@ -175,7 +189,7 @@ void WindowTest::saveAsThenOpenGivesTheProblemBack() {
   auto* select = first.main.findChild<SelectMoveDialog*>();
   select->moveList()->setCurrentRow(3);
   select->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok)->click();
-  first.main.commandAction(SaveAs)->trigger();
+  choose(first.main, "File", "Save as");
   QVERIFY(chooseFile(shown<QFileDialog>(), "kish"));
   QCOMPARE(first.main.windowTitle(), QString("Velkaro - kish.kvz"));
   QVERIFY(QFileInfo::exists(first.path("kish.red")));
@@ -183,7 +197,7 @@ void WindowTest::saveAsThenOpenGivesTheProblemBack() {
 
   MainWindow second(first.folder.path());
   second.show();
-  second.commandAction(Open)->trigger();
+  choose(second, "File", "Open");
   QVERIFY(chooseFile(shown<QFileDialog>(), "kish.kvz"));
   QCOMPARE(second.windowTitle(), QString("Velkaro - kish.kvz"));
   QCOMPARE(problemText(second.document()), problemText(first.main.document()));
@@ -262,7 +276,7 @@ void WindowTest::exportAppendsRecordByRecord() {
   QByteArray before;
   for (const auto& problem : problems) {
     fixture.setProblem(problem.fen, problem.stipulation);
-    fixture.main.commandAction(ExportFen)->trigger();
+    choose(fixture.main, "File", "Export FEN");
     auto* dialog = shown<ExportFenDialog>();
     QVERIFY(dialog);
     QTest::keyClicks(dialog->field(formats::kAuthorLabel), "A. Composer");
@@ -273,7 +287,7 @@ void WindowTest::exportAppendsRecordByRecord() {
     before = after;
   }
 
-  fixture.main.commandAction(ImportFen)->trigger();
+  choose(fixture.main, "File", "Import FEN");
   auto* import = shown<ImportFenDialog>();
   QVERIFY(import);
   QTest::keyClick(import->pathField(), Qt::Key_A, Qt::ControlModifier);
@@ -330,7 +344,7 @@ void WindowTest::copyFenThenPasteFenGivesTheSameProblem() {
   fixture.key(Qt::Key_C, Qt::ControlModifier);
   fixture.main.commandAction(VerticalMirror)->trigger();
   click(fixture.main.solverPanel()->kindButton(0));
-  fixture.main.commandAction(PasteFen)->trigger();
+  choose(fixture.main, "Edit", "Paste FEN");
   QCOMPARE(problemText(fixture.main.document()), problem);
   QCOMPARE(fixture.main.document().setup().lastMoveSquare, sq("e4"));
 }
@@ -464,9 +478,10 @@ void WindowTest::countFieldRefusesZero() {
 }
 
 // Alt+F opens the File menu, F1 the help, and Tab from the board reaches
-// the result tree.
+// Start and the result tree, in a window just started.
 void WindowTest::keysReachMenuHelpAndTree() {
   Window fixture;
+  QVERIFY(fixture.main.progressPanel()->startButton()->isEnabled());
   fixture.main.boardView()->setFocus();
   QTest::keyClick(fixture.window.get(), Qt::Key_F, Qt::AltModifier);
   QMenu* file = fixture.main.menuBar()->actions().first()->menu();
@@ -557,7 +572,7 @@ void WindowTest::copySolutionAndSelectedLines() {
   Window fixture;
   fixture.setProblem(kKish, "#2");
   fixture.solveFully();
-  fixture.main.commandAction(CopySolution)->trigger();
+  choose(fixture.main, "Edit", "Copy solution");
   QString text;
   for (const QString& line : fixture.tree()) text += line + '\n';
   QCOMPARE(QApplication::clipboard()->text(), text);
