@@ -125,11 +125,17 @@ struct Window : WindowFixture {
     return lines;
   }
   QString statusShown() const { return main.statusBar()->findChild<QLabel*>()->text(); }
+  // A key pressed where the focus of the window stands.
+  void key(int key, Qt::KeyboardModifiers modifiers = {}) {
+    QApplication::setActiveWindow(window.get());
+    QTest::keyClick(QApplication::focusWidget() ? QApplication::focusWidget() : window.get(),
+                    static_cast<Qt::Key>(key), modifiers);
+  }
   // Puts `text` on the clipboard and presses Ctrl+V on the board.
   void paste(const QString& text) {
     QApplication::clipboard()->setText(text);
     main.boardView()->setFocus();
-    QTest::keyClick(main.boardView(), Qt::Key_V, Qt::ControlModifier);
+    key(Qt::Key_V, Qt::ControlModifier);
   }
   void setProblem(const char* fen, const char* stipulation) {
     paste(QStringLiteral("[Ask \"%1\"]\n%2").arg(stipulation, fen));
@@ -139,12 +145,6 @@ struct Window : WindowFixture {
     QSignalSpy ended(&main, &MainWindow::runEnded);
     QTest::mouseClick(main.progressPanel()->startButton(), Qt::LeftButton);
     if (!ended.wait(60'000)) qFatal("the run did not end");
-  }
-  // A key pressed where the focus of the window stands.
-  void key(int key, Qt::KeyboardModifiers modifiers = {}) {
-    QApplication::setActiveWindow(window.get());
-    QTest::keyClick(QApplication::focusWidget() ? QApplication::focusWidget() : window.get(),
-                    static_cast<Qt::Key>(key), modifiers);
   }
 };
 
@@ -483,7 +483,7 @@ void WindowTest::keysReachMenuHelpAndTree() {
   Window fixture;
   QVERIFY(fixture.main.progressPanel()->startButton()->isEnabled());
   fixture.main.boardView()->setFocus();
-  QTest::keyClick(fixture.window.get(), Qt::Key_F, Qt::AltModifier);
+  fixture.key(Qt::Key_F, Qt::AltModifier);
   QMenu* file = fixture.main.menuBar()->actions().first()->menu();
   QVERIFY(QTest::qWaitFor([&] { return file->isVisible(); }));
   QTest::keyClick(file, Qt::Key_Escape);
