@@ -65,17 +65,22 @@ ExportFenDialog::ExportFenDialog(const QString& folder, const formats::FenText& 
   layout->addLayout(grid);
 
   // The name field is the dialog's own line edit; every change of it, typed
-  // or picked from the list, decides whether appending is offered.
-  if (auto* name = files_->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))) {
-    connect(name, &QLineEdit::textChanged, this, &ExportFenDialog::nameChanged);
-  }
+  // or picked from the list, and every change of folder decides whether
+  // appending is offered.
+  name_ = files_->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
+  connect(name_, &QLineEdit::textChanged, this, &ExportFenDialog::nameChanged);
+  connect(files_, &QFileDialog::directoryEntered, this, [this] { nameChanged(name_->text()); });
   connect(files_, &QFileDialog::fileSelected, this, &ExportFenDialog::fileChosen);
   connect(files_, &QFileDialog::rejected, this, &QDialog::reject);
   nameChanged(QString());
 }
 
+// The file that OK would write: a name without an extension gets the default
+// one, as the file dialog gives it on OK, so "shelf" offers appending to an
+// existing "shelf.fen".
 void ExportFenDialog::nameChanged(const QString& name) {
-  const QFileInfo file(QDir(files_->directory()).absoluteFilePath(name));
+  QFileInfo file(QDir(files_->directory()).absoluteFilePath(name));
+  if (!file.fileName().contains('.') && !file.isDir()) file.setFile(file.filePath() + '.' + files_->defaultSuffix());
   const bool exists = !name.isEmpty() && file.isFile();
   append_->setEnabled(exists);
   replace_->setEnabled(exists);

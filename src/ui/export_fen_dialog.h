@@ -34,6 +34,7 @@ class ExportFenDialog : public QDialog {
   void fileChosen(const QString& path);
 
   QFileDialog* files_;
+  QLineEdit* name_;
   QLineEdit* ask_;
   QLineEdit* date_;
   QLineEdit* site_;

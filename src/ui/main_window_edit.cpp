@@ -70,7 +70,11 @@ void MainWindow::createEditCommands() {
   QAction* undo = addCommand(Undo, QStringLiteral("Undo"));
   undo->setShortcuts(QKeySequence::Undo);
   QAction* redo = addCommand(Redo, QStringLiteral("Redo"));
-  redo->setShortcuts(QList<QKeySequence>{QKeySequence(Qt::CTRL | Qt::Key_Y)} + QKeySequence::keyBindings(QKeySequence::Redo));
+  // Ctrl+Y on every platform; where the platform's own redo keys hold it
+  // already, a second entry would make the key ambiguous and dead.
+  QList<QKeySequence> redoKeys = QKeySequence::keyBindings(QKeySequence::Redo);
+  if (!redoKeys.contains(QKeySequence(Qt::CTRL | Qt::Key_Y))) redoKeys.prepend(QKeySequence(Qt::CTRL | Qt::Key_Y));
+  redo->setShortcuts(redoKeys);
   undo->setEnabled(false);
   redo->setEnabled(false);
   connect(undo, &QAction::triggered, &undoStack_, &QUndoStack::undo);
@@ -185,7 +189,14 @@ void MainWindow::restoreWindowState() {
   }
   boardSplitter_->restoreState(settings.value("window/boardSplitter").toByteArray());
   resultSplitter_->restoreState(settings.value("window/resultSplitter").toByteArray());
-  tabs_->setCurrentIndex(settings.value("window/tab", 0).toInt());
+  // The tab's handler runs also for the first tab, which the tab bar shows
+  // already and so does not report: it enables Start.
+  const int tab = settings.value("window/tab", 0).toInt();
+  if (tab == tabs_->currentIndex()) {
+    changeMode(tab);
+  } else {
+    tabs_->setCurrentIndex(tab);
+  }
   importFolder_ = settings.value("import/folder", importFolder_).toString();
   importPath_ = settings.value("import/file").toString();
   importRow_ = settings.value("import/row", -1).toInt();

@@ -48,6 +48,28 @@ std::string pastedType(const std::vector<std::string>& lines) {
   return "FEN";
 }
 
+// The import reader keeps old quirks that drop castling and en passant,
+// depending on where the FEN stands in its line and on the placement's last
+// digit. Pasted text keeps the rights its FEN states, so that Copy FEN and
+// Paste FEN give the same problem.
+formats::ImportResult withStatedRights(formats::ImportResult result, std::string line) {
+  if (const std::size_t tag = line.find("[FEN \""); tag != std::string::npos) line.erase(0, tag + 6);
+  line = line.substr(0, line.find('"'));
+  std::istringstream fields(line);
+  std::string placement, side, castling, enPassant;
+  if (!(fields >> placement >> side >> castling) || castling.find_first_not_of("KQkq-") != std::string::npos) {
+    return result;
+  }
+  result.whiteShortCastle = castling.find('K') != std::string::npos;
+  result.whiteLongCastle = castling.find('Q') != std::string::npos;
+  result.blackShortCastle = castling.find('k') != std::string::npos;
+  result.blackLongCastle = castling.find('q') != std::string::npos;
+  const bool passant = fields >> enPassant && enPassant.size() == 2 && enPassant[0] >= 'a' && enPassant[0] <= 'h' &&
+                       (enPassant[1] == '3' || enPassant[1] == '6');
+  result.enPassantFile = passant ? enPassant[0] : 0;
+  return result;
+}
+
 }  // namespace
 
 void MainWindow::createProblemCommands() {
@@ -171,7 +193,8 @@ void MainWindow::copyFen() {
 }
 
 // The first line of the clipboard's text that holds a position, with the
-// stipulation its tags give, read as an imported file would be.
+// stipulation its tags give, read as an imported file would be, castling and
+// en passant as its FEN states them.
 void MainWindow::pasteFen() {
   std::vector<std::string> lines;
   std::istringstream text(QApplication::clipboard()->text().toStdString());
@@ -183,12 +206,15 @@ void MainWindow::pasteFen() {
   formats::FenImport import;
   for (int row = 0; row < static_cast<int>(lines.size()); ++row) {
     if (!import.selectLine(lines, row, type)) continue;
-    takeOverImport(import.result());
+    takeOverImport(withStatedRights(import.result(), lines[static_cast<std::size_t>(row)]));
     return;
   }
-  QMessageBox::information(this, QStringLiteral("Velkaro"),
-                           QStringLiteral("The clipboard holds no position: paste a FEN line, an EPD line or a "
-                                          "PGN game with a FEN tag."));
+  auto* box = new QMessageBox(QMessageBox::Information, QStringLiteral("Velkaro"),
+                              QStringLiteral("The clipboard holds no position: paste a FEN line, an EPD line or a "
+                                             "PGN game with a FEN tag."),
+                              QMessageBox::Ok, this);
+  box->setAttribute(Qt::WA_DeleteOnClose);
+  box->open();
 }
 
 void MainWindow::dragEnterEvent(QDragEnterEvent* event) {

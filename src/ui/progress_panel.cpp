@@ -27,19 +27,21 @@ ProgressPanel::ProgressPanel(QWidget* parent)
       continue_(new QPushButton(QStringLiteral("Continue"), this)),
       stop_(new QPushButton(QStringLiteral("Stop"), this)),
       bar_(new QProgressBar(this)) {
+  // Two rows hold the buttons and the three counters, so that the result
+  // tree below keeps the height.
   auto* layout = new QVBoxLayout(this);
+  layout->setContentsMargins(9, 4, 9, 4);
+  auto* fields = new QGridLayout;
   auto* buttons = new QHBoxLayout;
   buttons->addWidget(start_);
   buttons->addWidget(continue_);
   buttons->addWidget(stop_);
   buttons->addStretch();
-  layout->addLayout(buttons);
-
-  auto* fields = new QGridLayout;
-  clock_ = addField(fields, 0, QStringLiteral("Time:"));
-  testedMoves_ = addField(fields, 1, QStringLiteral("Number of testing moves:"));
-  speed_ = addField(fields, 2, QStringLiteral("Speed ( moves/sec ):"));
-  fields->setColumnStretch(2, 1);
+  fields->addLayout(buttons, 0, 0, 1, 2);
+  clock_ = addField(fields, 0, 2, QStringLiteral("Time:"));
+  testedMoves_ = addField(fields, 1, 0, QStringLiteral("Number of testing moves:"));
+  speed_ = addField(fields, 1, 2, QStringLiteral("Speed ( moves/sec ):"));
+  fields->setColumnStretch(4, 1);
   layout->addLayout(fields);
 
   bar_->setRange(0, kBarFull);
@@ -66,14 +68,14 @@ ProgressPanel::ProgressPanel(QWidget* parent)
   reset();
 }
 
-QLineEdit* ProgressPanel::addField(QGridLayout* layout, int row, const QString& label) {
+QLineEdit* ProgressPanel::addField(QGridLayout* layout, int row, int column, const QString& label) {
   auto* field = new QLineEdit(this);
   field->setReadOnly(true);
   field->setFocusPolicy(Qt::NoFocus);
   field->setAlignment(Qt::AlignRight);
   field->setFixedWidth(field->fontMetrics().horizontalAdvance(QStringLiteral(" 999 999 999 999 999 ")));
-  layout->addWidget(new QLabel(label, this), row, 0);
-  layout->addWidget(field, row, 1);
+  layout->addWidget(new QLabel(label, this), row, column);
+  layout->addWidget(field, row, column + 1);
   return field;
 }
 

@@ -55,7 +55,7 @@ class ProgressPanel : public QWidget {
   void stopPressed();
 
  private:
-  QLineEdit* addField(QGridLayout* layout, int row, const QString& label);
+  QLineEdit* addField(QGridLayout* layout, int row, int column, const QString& label);
   QListWidget* createLineBox();
 
   QPushButton* start_;

@@ -12,6 +12,8 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QSignalBlocker>
 #include <QSpinBox>
 #include <QVBoxLayout>
@@ -22,16 +24,33 @@
 
 namespace velkaro::ui {
 
+// The settings stand in three rows: stipulation, side and castling; the en
+// passant choices beside "Testing all second moves"; the first move and the
+// two board buttons.
 SolverPanel::SolverPanel(ProblemDocument& document, QWidget* parent) : QWidget(parent), document_(document) {
-  auto* layout = new QGridLayout(this);
+  auto* content = new QWidget;
+  auto* layout = new QGridLayout(content);
+  layout->setContentsMargins(9, 4, 9, 4);
   layout->addWidget(createStipulationBox(), 0, 0);
   layout->addWidget(createSideBox(), 0, 1);
-  layout->addWidget(createCastlingBox(), 1, 0);
-  layout->addWidget(createEnPassantBox(), 1, 1);
-  allSecondMoves_ = new QCheckBox(QStringLiteral("Testing all second moves"), this);
-  layout->addWidget(allSecondMoves_, 2, 0, 1, 2);
-  layout->addWidget(createFirstMoveRow(), 3, 0, 1, 2);
-  layout->setRowStretch(4, 1);
+  layout->addWidget(createCastlingBox(), 0, 2);
+  layout->addWidget(createEnPassantBox(), 1, 0, 1, 2);
+  allSecondMoves_ = new QCheckBox(QStringLiteral("Testing all second moves"), content);
+  layout->addWidget(allSecondMoves_, 1, 2, Qt::AlignLeft | Qt::AlignVCenter);
+  layout->addWidget(createFirstMoveRow(), 2, 0, 1, 3);
+  layout->setRowStretch(3, 1);
+  layout->setColumnStretch(0, 2);  // widths shared out as the boxes need them
+  layout->setColumnStretch(1, 1);
+  layout->setColumnStretch(2, 2);
+  scroll_ = new QScrollArea(this);
+  scroll_->setWidget(content);
+  scroll_->setWidgetResizable(true);
+  scroll_->setFrameShape(QFrame::NoFrame);
+  scroll_->setFocusPolicy(Qt::NoFocus);
+  scroll_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  auto* outer = new QVBoxLayout(this);
+  outer->setContentsMargins(0, 0, 0, 0);
+  outer->addWidget(scroll_);
   connect(allSecondMoves_, &QCheckBox::toggled, this, [this](bool on) {
     SolverOptions options = document_.options();
     options.testAllSecondMoves = on;
@@ -49,6 +68,15 @@ SolverPanel::SolverPanel(ProblemDocument& document, QWidget* parent) : QWidget(p
   showFirstMove();
 }
 
+QSize SolverPanel::sizeHint() const { return scroll_->widget()->sizeHint(); }
+
+// As wide as the controls, but only a few lines high: dragged smaller, the
+// panel scrolls.
+QSize SolverPanel::minimumSizeHint() const {
+  return {scroll_->widget()->minimumSizeHint().width() + scroll_->verticalScrollBar()->sizeHint().width(),
+          fontMetrics().height() * 4};
+}
+
 QWidget* SolverPanel::createStipulationBox() {
   auto* box = new QGroupBox(QStringLiteral("Stipulation"), this);
   auto* layout = new QGridLayout(box);
@@ -63,7 +91,8 @@ QWidget* SolverPanel::createStipulationBox() {
   moves_ = new QSpinBox(box);
   moves_->setRange(1, solver::kMaxMoves);
   moves_->setToolTip(QStringLiteral("The number of moves; on the Variants tab, of single moves to count"));
-  layout->addWidget(moves_, 0, 1, 3, 1, Qt::AlignVCenter);
+  layout->addWidget(moves_, 0, 1, 3, 1, Qt::AlignLeft | Qt::AlignVCenter);
+  layout->setColumnStretch(2, 1);
   connect(moves_, &QSpinBox::valueChanged, this, &SolverPanel::chooseStipulation);
   return box;
 }
@@ -106,7 +135,7 @@ QWidget* SolverPanel::createEnPassantBox() {
     policy.setRetainSizeWhenHidden(true);
     choice->setSizePolicy(policy);
     choice->hide();
-    layout->addWidget(choice, index % 3, index / 3);
+    layout->addWidget(choice, index / 3, index % 3);
     connect(choice, &QRadioButton::toggled, this, [this, index](bool checked) { chooseEnPassant(index, checked); });
     enPassant_[static_cast<std::size_t>(index)] = choice;
   }

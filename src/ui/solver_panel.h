@@ -16,6 +16,7 @@ class QLabel;
 class QLineEdit;
 class QPushButton;
 class QRadioButton;
+class QScrollArea;
 class QSpinBox;
 
 namespace velkaro::ui {
@@ -37,6 +38,10 @@ class SolverPanel : public QWidget {
   void setCountingMode(bool counting);
   // While a job runs, nothing here may change.
   void setLocked(bool locked);
+
+  // The panel scrolls when the result tree below is dragged taller.
+  QSize sizeHint() const override;
+  QSize minimumSizeHint() const override;
 
   QPushButton* initialPositionButton() const { return initialPosition_; }
   QPushButton* clearButton() const { return clear_; }
@@ -69,6 +74,7 @@ class SolverPanel : public QWidget {
 
   ProblemDocument& document_;
   core::Notation notation_;
+  QScrollArea* scroll_ = nullptr;
 
   std::array<QRadioButton*, 3> kinds_{};  // mate, selfmate, helpmate
   QSpinBox* moves_ = nullptr;
