@@ -7,6 +7,7 @@
 #include <QDir>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QScrollArea>
 #include <QSplitter>
 #include <QStackedWidget>
 #include <QTabBar>
@@ -117,19 +118,26 @@ QWidget* MainWindow::createModeArea() {
   QFont captionFont = modeCaption_->font();
   captionFont.setBold(true);
   modeCaption_->setFont(captionFont);
-  QSizePolicy captionPolicy = modeCaption_->sizePolicy();
-  captionPolicy.setRetainSizeWhenHidden(true);  // switching tabs must not move the board
-  modeCaption_->setSizePolicy(captionPolicy);
   modeCaption_->hide();
   layout->addWidget(modeCaption_);
 
   panels_ = new QStackedWidget(area);
   solverPanel_ = new SolverPanel(document_, panels_);
   panels_->addWidget(solverPanel_);
-  creatorPanel_ = new CreatorPanel(panels_);
-  panels_->addWidget(creatorPanel_);
-  positionsPanel_ = new PositionsPanel(panels_);
-  panels_->addWidget(positionsPanel_);
+  // Dragged smaller than they are, the Creator and Positions panels scroll,
+  // as the Solver panel does, so the result tree can take the height.
+  const auto scrolling = [this](QWidget* panel) {
+    auto* area = new QScrollArea(panels_);
+    area->setWidget(panel);
+    area->setWidgetResizable(true);
+    area->setFrameShape(QFrame::NoFrame);
+    area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    return area;
+  };
+  creatorPanel_ = new CreatorPanel;
+  panels_->addWidget(scrolling(creatorPanel_));
+  positionsPanel_ = new PositionsPanel;
+  panels_->addWidget(scrolling(positionsPanel_));
   connect(creatorPanel_, &CreatorPanel::problemChosen, &document_, &ProblemDocument::setSetup);
   connect(creatorPanel_, &CreatorPanel::addedMenChanged, this, &MainWindow::showBoard);
   connect(positionsPanel_, &PositionsPanel::placementChosen, this, &MainWindow::showPlacement);

@@ -25,6 +25,15 @@
 namespace velkaro {
 namespace {
 
+// The sanitizer build runs some ten times slower: it takes a tenth of the
+// random positions and only the quicker deep problems.
+#ifdef NDEBUG
+constexpr int kShare = 1;
+#else
+constexpr int kShare = 10;
+#endif
+
+
 // Keeps the records of a run; asks for a stop at every tick when told to.
 class Recorder : public jobs::ProgressSink, public solver::RecordSink, public core::MessageSink {
  public:
@@ -138,14 +147,6 @@ struct RandomCase {
   int maxMen;
   int positions;
 };
-
-// The sanitizer build runs some ten times slower: it takes a tenth of the
-// random positions and only the quicker deep problems.
-#ifdef NDEBUG
-constexpr int kShare = 1;
-#else
-constexpr int kShare = 10;
-#endif
 
 constexpr RandomCase kRandomCases[] = {
     {"#2", 4, 12, 600}, {"#3", 3, 6, 150}, {"S#2", 4, 10, 600},
