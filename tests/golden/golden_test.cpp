@@ -146,6 +146,7 @@ Outcome run(const Case& test, int stopEvery, bool pauseAtSolutions) {
   if (!test.field("count").empty()) {
     auto job = std::make_unique<counter::CountingJob>(recorder, writer, recorder);
     counter::CountSettings settings{setup, std::stoi(test.field("count")), firstMoveOf(test, setup)};
+    settings.threads = 1;  // one walker ticks in a fixed rhythm; several are checked against it elsewhere
     recorder.job = job.get();
     job->setRefreshInterval(std::stoi(test.field("refresh", "101")));
     end = job->start(settings);
