@@ -134,6 +134,7 @@ class SolverJob : public jobs::Job {
   std::vector<Variation> variations_;
   ProofTable table_;
   std::array<core::MoveRecord, core::kPlyFrameCount> killers_{};
+  int lastEscape_ = -1;  // where a checked king last escaped to, tried first by the mate test
   // Per ply of a helpmate: whether a solution was found below the ply's
   // current position (its failure may then not be stored).
   std::array<bool, core::kPlyFrameCount> solved_{};
