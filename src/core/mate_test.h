@@ -31,12 +31,45 @@ inline std::uint64_t menOf(const std::int8_t* board) {
   return men;
 }
 
+namespace detail {
+
+// Whether the king of `Side` on `king` has a legal move; the entry whose
+// target is `lastEscape` is made first, and a legal move's target is
+// remembered there.
+template <int Side>
+bool kingEscapes(PlyFrame& frame, Position& next, int king, int& lastEscape) {
+  const int code = frame.position.board[king];
+  next.board[king] = 0;
+  generatePieceMoves(frame, king, code, -1);
+  const MoveEntry* hinted = nullptr;
+  for (const MoveEntry* entry = frame.moveList; entry->kind != kind::End; ++entry) {
+    if (entry->target == lastEscape) {
+      hinted = entry;
+      break;
+    }
+  }
+  constexpr unsigned kNoLines = 0;  // a king move tests its target square in full
+  if (hinted != nullptr && tryMove<Side>(frame, next, *hinted, kNoLines)) return true;
+  for (const MoveEntry* entry = frame.moveList; entry->kind != kind::End; ++entry) {
+    if (entry == hinted || !tryMove<Side>(frame, next, *entry, kNoLines)) continue;
+    lastEscape = entry->target;
+    return true;
+  }
+  next.board[king] = static_cast<std::int8_t>(code);
+  return false;
+}
+
+}  // namespace detail
+
 // Whether `Side`, moving at `ply`, has any legal move. The king goes first: a
 // side in check most often escapes with it. Other men are looked at only when
 // they can reach a square that answers the check, and only such moves are
-// made. Frame ply's move list and frame ply + 1's board serve as scratch.
+// made. The king's square of escape is remembered in `lastEscape` and tried
+// first next time: the mate tests of one search meet the same king, checked
+// in turn by many moves, and it mostly escapes to where it escaped before.
+// Frame ply's move list and frame ply + 1's board serve as scratch.
 template <int Side>
-bool hasLegalMove(PlyStack& stack, int ply) {
+bool hasLegalMove(PlyStack& stack, int ply, int& lastEscape) {
   PlyFrame& frame = stack[ply];
   Position& next = (&frame)[1].position;
   copyPositionToNextPly(frame);
@@ -52,7 +85,7 @@ bool hasLegalMove(PlyStack& stack, int ply) {
     generatePieceMoves(frame, square, code, code == Side * piece::Pawn ? enPassant : -1);
     for (const MoveEntry* entry = frame.moveList; entry->kind != kind::End; ++entry) {
       if (((answers >> entry->target) & 1) == 0 && entry->kind != kind::EnPassant) continue;
-      if (!linesKnown && square != king) {
+      if (!linesKnown) {
         lines = attackLinesAgainst<Side>(king, frame.position);
         linesKnown = true;
       }
@@ -61,7 +94,7 @@ bool hasLegalMove(PlyStack& stack, int ply) {
     next.board[square] = static_cast<std::int8_t>(code);
     return false;
   };
-  if (anyLegalMoveOf(king)) return true;
+  if (detail::kingEscapes<Side>(frame, next, king, lastEscape)) return true;
   // Another man can only answer a check on the checking man's square or
   // between it and the king; two checks only the king can answer.
   const Attackers checks = (Side == White ? kBlackAttackersOf : kWhiteAttackersOf)[static_cast<std::size_t>(king)](
@@ -101,8 +134,9 @@ bool canCheckWithAMove(const Position& position, int enemyKing) {
   return false;
 }
 
-inline bool hasLegalMove(PlyStack& stack, int ply) {
-  return stack.sideAt(ply) == White ? hasLegalMove<White>(stack, ply) : hasLegalMove<Black>(stack, ply);
+inline bool hasLegalMove(PlyStack& stack, int ply, int& lastEscape) {
+  return stack.sideAt(ply) == White ? hasLegalMove<White>(stack, ply, lastEscape)
+                                    : hasLegalMove<Black>(stack, ply, lastEscape);
 }
 
 }  // namespace velkaro::core

@@ -210,7 +210,7 @@ bool SolverJob::findMate(int ply, int continuing) {
   while (core::nextCheckingMove(stack_, ply, continuing) < 0) {
     continuing = 1;
     countTestedMove();
-    if (!core::hasLegalMove(stack_, ply + 1)) return true;
+    if (!core::hasLegalMove(stack_, ply + 1, lastEscape_)) return true;
     countTestedMove();
   }
   return false;
@@ -219,7 +219,7 @@ bool SolverJob::findMate(int ply, int continuing) {
 // In check with no legal move.
 bool SolverJob::sideMated(int ply) {
   if (!core::inCheck(stack_.sideAt(ply), stack_[ply].position)) return false;
-  if (!core::hasLegalMove(stack_, ply)) return true;
+  if (!core::hasLegalMove(stack_, ply, lastEscape_)) return true;
   countTestedMove();
   return false;
 }

@@ -85,13 +85,18 @@ bool SolverJob::tableAt(int ply) const {
   return ply >= 4 || (ply == 3 && phase_ == Phase::Keys);
 }
 
-ProofTable::Proof SolverJob::provedAt(int ply) const {
+// Every ply looks itself up when it is entered, before it can prove
+// anything, and its position stays as it is until it is left: the key made
+// here serves its stores.
+ProofTable::Proof SolverJob::provedAt(int ply) {
   if (!tableAt(ply)) return ProofTable::Proof::None;
-  return table_.proved(tableKeyAt(stack_, ply, lastMovePly_ + 1 - ply));
+  TableKey& key = keys_[static_cast<std::size_t>(ply)];
+  key = tableKeyAt(stack_, ply, lastMovePly_ + 1 - ply);
+  return table_.proved(key);
 }
 
 void SolverJob::storeFailure(int ply) {
-  if (tableAt(ply)) table_.store(tableKeyAt(stack_, ply, lastMovePly_ + 1 - ply), ProofTable::Proof::Failure);
+  if (tableAt(ply)) table_.store(keys_[static_cast<std::size_t>(ply)], ProofTable::Proof::Failure);
 }
 
 // A helpmate's solutions must all be listed, so only a direct mate's or
@@ -99,7 +104,7 @@ void SolverJob::storeFailure(int ply) {
 // whose moves the lines under a key show with their mate marks.
 void SolverJob::storeSuccess(int ply) {
   if (ply >= 5 && !settings_.stipulation.helpmate && tableAt(ply)) {
-    table_.store(tableKeyAt(stack_, ply, lastMovePly_ + 1 - ply), ProofTable::Proof::Success);
+    table_.store(keys_[static_cast<std::size_t>(ply)], ProofTable::Proof::Success);
   }
 }
 

@@ -102,7 +102,7 @@ class SolverJob : public jobs::Job {
 
   // The table of proved results: which plies may use it, and its use there.
   bool tableAt(int ply) const;
-  ProofTable::Proof provedAt(int ply) const;
+  ProofTable::Proof provedAt(int ply);
   void storeFailure(int ply);
   void storeSuccess(int ply);
   void markSolved();
@@ -133,7 +133,11 @@ class SolverJob : public jobs::Job {
   std::optional<core::MoveRecord> threat_;
   std::vector<Variation> variations_;
   ProofTable table_;
+  // The key of each ply's position, made when the ply is entered and used
+  // again when what the ply proves is stored.
+  std::array<TableKey, core::kPlyFrameCount> keys_{};
   std::array<core::MoveRecord, core::kPlyFrameCount> killers_{};
+  int lastEscape_ = -1;  // where a checked king last escaped to, tried first by the mate test
   // Per ply of a helpmate: whether a solution was found below the ply's
   // current position (its failure may then not be stored).
   std::array<bool, core::kPlyFrameCount> solved_{};
