@@ -215,10 +215,11 @@ TEST(LegalMoves, AnyLegalMoveAgreesWithTheIterator) {
                              "6k1/5ppp/8/8/3b4/8/5PPP/R1N3K1 w - -", "7k/5Q2/5K2/8/8/8/8/8 w - -",
                              "8/8/8/2k5/3Pp3/8/8/4K3 b - -"};
   int withoutMove = 0;
+  int lastEscape = -1;  // carried from test to test, as a search carries it
   for (const char* fen : positions) {
     Board board(fen, fen[0] == '8' && fen[6] == '2' ? sq("d4") : 0);
     std::function<void(int)> visit = [&](int ply) {  // every node of the tree to depth 4
-      const bool any = hasLegalMove(board.stack, ply);
+      const bool any = hasLegalMove(board.stack, ply, lastEscape);
       bool made = false;
       for (int continuing = 0; nextLegalMove(board.stack, ply, continuing) < 0; continuing = 1) {
         made = true;
