@@ -12,25 +12,6 @@ namespace velkaro::core {
 
 namespace {
 
-struct SideCensus {
-  int kings = 0;
-  int queens = 0;
-  int rooks = 0;
-  int bishops = 0;
-  int knights = 0;
-  int pawns = 0;
-  int men = 0;
-  int lastKingSquare = 0;
-  bool pawnOnEdgeRank = false;
-};
-
-struct BoardCensus {
-  SideCensus white;
-  SideCensus black;
-};
-
-// A man counts towards its colour whatever its code; only the six known
-// codes count towards a kind.
 void countMan(SideCensus& side, int magnitude, int square) {
   ++side.men;
   switch (magnitude) {
@@ -49,16 +30,6 @@ void countMan(SideCensus& side, int magnitude, int square) {
       break;
     default: break;
   }
-}
-
-BoardCensus takeCensus(const std::array<int, 64>& board) {
-  BoardCensus census;
-  for (int square = 0; square < 64; ++square) {
-    const int code = board[static_cast<std::size_t>(square)];
-    if (code > 0) countMan(census.white, code, square);
-    if (code < 0) countMan(census.black, -code, square);
-  }
-  return census;
 }
 
 // The message of the first count or pawn check that refuses the board, or
@@ -108,6 +79,16 @@ bool sideNotToMoveInCheck(const BoardSetup& setup, const BoardCensus& census, Pl
 }
 
 }  // namespace
+
+BoardCensus takeCensus(const std::array<int, 64>& board) {
+  BoardCensus census;
+  for (int square = 0; square < 64; ++square) {
+    const int code = board[static_cast<std::size_t>(square)];
+    if (code > 0) countMan(census.white, code, square);
+    if (code < 0) countMan(census.black, -code, square);
+  }
+  return census;
+}
 
 int validatePosition(const BoardSetup& setup, PlyStack& stack, MessageSink& sink) {
   const BoardCensus census = takeCensus(setup.board);

@@ -8,6 +8,27 @@
 
 namespace velkaro::core {
 
+// The men of one side on an editor board, kind by kind. A man counts towards
+// its colour whatever its code; only the six known codes count towards a kind.
+struct SideCensus {
+  int kings = 0;
+  int queens = 0;
+  int rooks = 0;
+  int bishops = 0;
+  int knights = 0;
+  int pawns = 0;
+  int men = 0;
+  int lastKingSquare = 0;       // in a scan from a8
+  bool pawnOnEdgeRank = false;  // a pawn on the first or the last rank
+};
+
+struct BoardCensus {
+  SideCensus white;
+  SideCensus black;
+};
+
+BoardCensus takeCensus(const std::array<int, 64>& board);
+
 // Checks the editor board and returns the error flag: 0 when the position is
 // accepted, 1 when it is refused. A refusal shows exactly one message through
 // `sink` (caption kMessageCaption); an accepted position shows none.

@@ -7,70 +7,26 @@
 
 #include "core/attacks.h"
 #include "core/geometry.h"
+#include "core/validate.h"
 
 namespace velkaro::generator {
 
 namespace {
 
-using core::piece::Bishop;
 using core::piece::King;
 using core::piece::Knight;
 using core::piece::Pawn;
-using core::piece::Queen;
-using core::piece::Rook;
-
-// The men of one side on the board, kind by kind.
-struct Census {
-  int kings = 0;
-  int queens = 0;
-  int rooks = 0;
-  int bishops = 0;
-  int knights = 0;
-  int pawns = 0;
-  bool pawnOnEdgeRank = false;
-};
-
-Census censusOf(const core::BoardSetup& setup, int side) {
-  Census census;
-  for (int square = 0; square < 64; ++square) {
-    const int code = setup.board[static_cast<std::size_t>(square)] * side;
-    switch (code) {
-      case King:
-        ++census.kings;
-        break;
-      case Queen:
-        ++census.queens;
-        break;
-      case Rook:
-        ++census.rooks;
-        break;
-      case Bishop:
-        ++census.bishops;
-        break;
-      case Knight:
-        ++census.knights;
-        break;
-      case Pawn:
-        ++census.pawns;
-        if (square < 8 || square > 55) census.pawnOnEdgeRank = true;
-        break;
-      default:
-        break;
-    }
-  }
-  return census;
-}
 
 // The men a side will have: the board's knights count twice and its pawns
 // not at all, then every added man and the king. The formula is the
 // program's own and is kept as it stands.
-int menTotal(const Census& board, const AddedMen& added) {
+int menTotal(const core::SideCensus& board, const AddedMen& added) {
   return board.queens + board.rooks + board.bishops + board.knights + board.knights + added.total() + 1;
 }
 
 // Pawns plus the men beyond one queen, two rooks, two bishops and two
 // knights: each of those must have been a pawn once.
-int pawnsAndPromotions(const Census& board, const AddedMen& added) {
+int pawnsAndPromotions(const core::SideCensus& board, const AddedMen& added) {
   auto beyond = [](int men, int usual) { return std::max(0, men - usual); };
   return board.pawns + added.pawns + beyond(board.queens + added.queens, 1) + beyond(board.rooks + added.rooks, 2) +
          beyond(board.bishops + added.bishops, 2) + beyond(board.knights + added.knights, 2);
@@ -93,8 +49,7 @@ bool checkedAtClose(const core::BoardSetup& setup, int king) {
 }  // namespace
 
 const char* setupRefusal(const CreateSettings& settings) {
-  const Census white = censusOf(settings.setup, core::White);
-  const Census black = censusOf(settings.setup, core::Black);
+  const auto [white, black] = core::takeCensus(settings.setup.board);
   if (white.pawnOnEdgeRank) return "White pawn !";
   if (black.pawnOnEdgeRank) return "Black pawn !";
   // Two White kings get the Black wording as well: users know the message.
@@ -111,8 +66,7 @@ const char* setupRefusal(const CreateSettings& settings) {
 }
 
 std::vector<Group> groupList(const CreateSettings& settings, bool withMaps) {
-  const Census white = censusOf(settings.setup, core::White);
-  const Census black = censusOf(settings.setup, core::Black);
+  const auto [white, black] = core::takeCensus(settings.setup.board);
   std::vector<Group> groups;
   auto add = [&](int side, Kind kind, int count) {
     if (count <= 0) return;
