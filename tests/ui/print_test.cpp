@@ -1,11 +1,8 @@
 // The "Print" preview opened from the window, and the page it prints: the
-// page's items against the cases in tests/data/print (each set up through a
-// FEN file, solved from the window when the case says so, captioned through
-// the caption field, boxes unchecked through their clicks), the page growing
-// one row per solution line, a cancelled printer choice, and the page saved
-// as a PDF and read back with poppler's tools.
+// page's items against the cases in tests/data/print, the page growing one
+// row per solution line, the printer choice, and the page saved as a PDF and
+// read back with poppler's tools.
 
-#include <QCheckBox>
 #include <QDir>
 #include <QFileDialog>
 #include <QImage>
@@ -14,8 +11,6 @@
 #include <QPrintDialog>
 #include <QPrinter>
 #include <QProcess>
-#include <QPushButton>
-#include <QSignalSpy>
 #include <QtTest>
 #include <algorithm>
 #include <cmath>
@@ -30,24 +25,6 @@ namespace velkaro::ui::testing {
 namespace {
 
 using Item = PrintPage::Item;
-
-struct PageCase {
-  QMap<QString, QString> fields;
-  QString expected;
-};
-
-PageCase readCase(const QString& path) {
-  QFile file(path);
-  if (!file.open(QIODevice::ReadOnly)) qFatal("cannot read %s", qPrintable(path));
-  const QString content = QString::fromUtf8(file.readAll());
-  const qsizetype rule = content.indexOf("\n---\n");
-  PageCase page{{}, content.mid(rule + 5)};
-  for (const QString& line : content.left(rule).split('\n')) {
-    const qsizetype colon = line.indexOf(": ");
-    if (!line.startsWith('#') && colon > 0) page.fields[line.left(colon)] = line.mid(colon + 2);
-  }
-  return page;
-}
 
 // The page as a reader meets it, top to bottom: each shown item's text.
 QString pageText(const PrintPage& page) {
@@ -101,18 +78,11 @@ double meanDifference(const QImage& a, const QImage& b, const QRect& area) {
 }
 
 struct PrintWindow : WindowFixture {
-  // Sets the problem up through a FEN file and solves it fully when asked.
-  void open(const PageCase& page) {
-    QFile file(folder.filePath("problem.fen"));
-    if (!file.open(QIODevice::WriteOnly)) qFatal("no problem file");
-    file.write(QStringLiteral("[Ask \"%1\"]\n%2\n").arg(page.fields["stip"], page.fields["fen"]).toUtf8());
-    file.close();
-    if (!window->openFirstPosition(file.fileName())) qFatal("no position in the problem file");
+  void open(const Case& page) {
+    openProblem(page.fields["fen"], page.fields["stip"]);
     if (page.fields["solve"] != "yes") return;
     window->commandAction(StopOnFirstSolution)->setChecked(false);
-    QSignalSpy ended(window.get(), &MainWindow::runEnded);
-    QTest::mouseClick(window->progressPanel()->startButton(), Qt::LeftButton);
-    if (!ended.wait(60'000)) qFatal("the run did not end");
+    press(window->progressPanel()->startButton());
   }
   PrintDialog* pressCtrlP() {
     window->activateWindow();
@@ -144,7 +114,7 @@ void PrintTest::pageItems_data() {
 
 void PrintTest::pageItems() {
   QFETCH(QString, path);
-  const PageCase page = readCase(path);
+  const Case page = readCase(path);
   PrintWindow fixture;
   fixture.open(page);
   PrintDialog* dialog = fixture.pressCtrlP();

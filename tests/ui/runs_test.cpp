@@ -1,28 +1,17 @@
-// Solving and counting from the window, the run on its worker thread: Start,
-// Continue and Stop on the "Solver" and "Variants" tabs, Stop honoured at
-// once, the progress panel alive while the interface thread is idle, a run
-// that floods the tree with solutions, a refused set-up, the "Select move"
-// dialog, the options a run reads, and closing during a run.
+// Solving and counting from the window, the run on its worker thread: golden
+// cases set up through the controls, Stop and Continue, the progress panel
+// while the window is idle, a flood of solutions, a refused set-up, the
+// "Select move" dialog, an option changed during a pause, and closing.
 
-#include <QCheckBox>
 #include <QDialogButtonBox>
-#include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMessageBox>
-#include <QPushButton>
-#include <QRadioButton>
-#include <QRegularExpression>
-#include <QSignalSpy>
-#include <QSpinBox>
-#include <QTabBar>
 #include <QtTest>
 #include <memory>
 
 #include "ui/commands.h"
-#include "ui/piece_palette.h"
 #include "ui/progress_panel.h"
-#include "ui/result_pane.h"
 #include "ui/select_move_dialog.h"
 #include "ui/solver_panel.h"
 #include "ui_test_support.h"
@@ -37,17 +26,6 @@ const char* const kGameStart = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQ
 constexpr int kSolverTab = 0;
 constexpr int kVariantsTab = 3;
 
-const QStringList kKishSolution = {
-    "Solution No 1",
-    "1. Kf8 - e8   threat:  2.  f7 - f8N#",
-    "  1...., Rg7 - g8   2.  f7 - g8Q#",
-    "  1...., Rg7 - f7   2. Qb7 - f7 #",
-    "  1....,  d6 - d5   2. Qb7 - d7 #",
-    "  1...., Bf5 - g6   2. Nf3 - g5 #",
-    "  1...., Qg4 - h5   2. Qb7 - e4 #",
-    "  1...., Ne3 - d5   2. Qb7 - d7 #",
-};
-
 // Tested moves as the panel shows them: " 1 234", " 3 000 001 234".
 qint64 shownCount(const QString& text) { return QString(text).remove(' ').toLongLong(); }
 
@@ -55,33 +33,26 @@ struct RunWindow : WindowFixture {
   MainWindow& main = *window;
   ProgressPanel& progress = *main.progressPanel();
 
-  // Sets the problem up through a FEN file, as the program does with one
-  // named on its command line.
-  void open(const char* fen, const char* stipulation, int tab) {
-    QFile file(folder.filePath("problem.fen"));
-    if (!file.open(QIODevice::WriteOnly)) qFatal("no problem file");
-    file.write(QStringLiteral("[Ask \"%1\"]\n%2\n").arg(stipulation, fen).toUtf8());
-    file.close();
-    if (!main.openFirstPosition(file.fileName())) qFatal("no position in the problem file");
-    QTest::mouseClick(main.modeTabs(), Qt::LeftButton, {}, main.modeTabs()->tabRect(tab).center());
+  void open(const QString& fen, const QString& stipulation, int tab) {
+    openProblem(fen, stipulation);
+    chooseTab(tab);
   }
   void setStopOnFirstSolution(bool on) {
     if (main.document().options().stopOnFirstSolution != on) main.commandAction(StopOnFirstSolution)->trigger();
   }
-  // Clicks Start or Continue and waits until the run has ended and all it
-  // said is shown; returns how it ended.
-  jobs::RunEnd press(QPushButton* button) {
-    QSignalSpy ended(&main, &MainWindow::runEnded);
-    QTest::mouseClick(button, Qt::LeftButton);
-    if (!ended.wait(60'000)) qFatal("the run did not end");
-    return ended.takeFirst().at(0).value<jobs::RunEnd>();
-  }
-  QStringList tree() const {
-    QStringList lines;
-    for (const std::string& line : window->resultModel().lines()) {
-      lines << QString::fromStdString(line).replace(QRegularExpression("^\t"), "  ");
+  // Chooses the row `move` ("Qb3-a3", "e2e4") in the "Select move" dialog and
+  // closes it with `button`; gives the row chosen when it opened.
+  QString selectMove(const QString& move, QDialogButtonBox::StandardButton button) {
+    QTest::mouseClick(main.solverPanel()->selectMoveButton(), Qt::LeftButton);
+    std::unique_ptr<SelectMoveDialog> dialog(main.findChild<SelectMoveDialog*>());
+    QListWidget* list = dialog->moveList();
+    const QString shown = list->currentItem()->text();
+    const QRegularExpression spacing("[ -]");
+    for (int row = 0; row < list->count(); ++row) {
+      if (list->item(row)->text().remove(spacing) == QString(move).remove(spacing)) list->setCurrentRow(row);
     }
-    return lines;
+    dialog->findChild<QDialogButtonBox*>()->button(button)->click();
+    return shown;
   }
 };
 
@@ -91,64 +62,58 @@ class RunsTest : public QObject {
   Q_OBJECT
 
  private slots:
-  void initTestCase() { qRegisterMetaType<jobs::RunEnd>(); }
-  void runsShowTheirLinesStepByStep_data();
-  void runsShowTheirLinesStepByStep();
+  void goldenCasesThroughTheControls_data();
+  void goldenCasesThroughTheControls();
   void stopIsHonouredAtOnce_data();
   void stopIsHonouredAtOnce();
   void progressGoesOnWhileTheWindowIsIdle();
   void stopAndContinueGiveTheSameLines();
   void aFloodOfSolutionsLeavesTheWindowResponsive();
   void refusedSetUpSearchesNothing();
-  void selectMoveForcesTheFirstMove();
-  void enPassantLastMoveIsTheChosenOne();
-  void optionsTakeEffectInTheNextRun();
+  void selectMoveChoiceLastsUntilTheSetUpChanges();
+  void stopOnFirstSolutionTurnedOffDuringAPause();
   void closingDuringARunStopsItFirst();
 };
 
-void RunsTest::runsShowTheirLinesStepByStep_data() {
-  QTest::addColumn<int>("tab");
-  QTest::addColumn<QString>("fen");
-  QTest::addColumn<QString>("stipulation");
-  QTest::addColumn<bool>("stopFirst");
-  QTest::addColumn<QList<QStringList>>("steps");  // after Start, then after each Continue
-  QTest::newRow("mate in 2, a pause at the key")
-      << kSolverTab << kKish << "#2" << true << QList<QStringList>{kKishSolution, {"No more solutions"}};
-  QTest::newRow("mate in 2 at once") << kSolverTab << kKish << "#2" << false
-                                     << QList<QStringList>{kKishSolution + QStringList{"No more solutions"}};
-  QTest::newRow("helpmate in 2, two solutions")
-      << kSolverTab << kHelpmate << "H#2" << true
-      << QList<QStringList>{{"  Solution No 1", "1. Bc4 - b5 ,  Re4 - e3 ", "2. Kd3 - c4 ,  Re8 - c8 #"},
-                            {"  Solution No 2", "1. Re3 - e4 ,  Bb5 - c4 ", "2. Kd3 - e3 ,  Qa6 - h6 #"},
-                            {"No more solutions"}};
-  QTest::newRow("continuations of a game's start")
-      << kVariantsTab << kGameStart << "#3" << true
-      << QList<QStringList>{{"In 1 single moves:", " 20                                 x20.00   / Black /",
-                             "In 2 single moves:", " 400                               x20.00   / White /",
-                             "In 3 single moves:", " 8 902                            x22.25   / Black /"}};
+void RunsTest::goldenCasesThroughTheControls_data() {
+  QTest::addColumn<QString>("name");
+  for (const char* name : {"mate-2-kish", "help-2-garai", "count-3-first-move", "mate-2-kling-without-last-move",
+                           "mate-2-kling-en-passant-key", "mate-3-first-move-works", "mate-2-kish-second-moves",
+                           "mate-2-german", "mate-5-minimum-moves"}) {
+    QTest::newRow(name) << QString(name);
+  }
 }
 
-void RunsTest::runsShowTheirLinesStepByStep() {
-  QFETCH(int, tab);
-  QFETCH(QString, fen);
-  QFETCH(QString, stipulation);
-  QFETCH(bool, stopFirst);
-  QFETCH(QList<QStringList>, steps);
+// A golden case set up through the window's own controls and run pausing at
+// each solution: the tree and the solution text end as the golden text.
+void RunsTest::goldenCasesThroughTheControls() {
+  QFETCH(QString, name);
+  const Case golden = readCase(VELKARO_TEST_DATA_DIR "/golden/" + name + ".case");
+  const QMap<QString, QString>& field = golden.fields;
   RunWindow fixture;
-  fixture.open(qPrintable(fen), qPrintable(stipulation), tab);
-  fixture.setStopOnFirstSolution(stopFirst);
-  QStringList expected;
-  for (int step = 0; step < steps.size(); ++step) {
-    fixture.press(step == 0 ? fixture.progress.startButton() : fixture.progress.continueButton());
-    expected += steps[step];
-    QCOMPARE(fixture.tree(), expected);
-    QCOMPARE(fixture.progress.continueButton()->isEnabled(), step + 1 < steps.size());
-    QVERIFY(fixture.progress.startButton()->isEnabled() && !fixture.progress.stopButton()->isEnabled());
+  const bool counting = field.contains("count");
+  fixture.open(field["fen"], counting ? "#" + field["count"] : field["stip"], counting ? kVariantsTab : kSolverTab);
+  fixture.setStopOnFirstSolution(true);
+  SolverPanel& panel = *fixture.main.solverPanel();
+  if (field.contains("lang")) fixture.main.commandAction(commandOfLanguage(field["lang"].toInt()))->trigger();
+  if (field.contains("second-moves")) click(panel.allSecondMovesBox());
+  if (field.contains("min-moves")) QTest::mouseClick(fixture.toolButton(ToolSearchMinimumMoves), Qt::LeftButton);
+  if (field.contains("first-move")) fixture.selectMove(field["first-move"], QDialogButtonBox::Ok);
+  for (int index = 0; field.contains("ep") && index < SolverPanel::kMaxEnPassantChoices; ++index) {
+    if (panel.enPassantButton(index)->text().endsWith(field["ep"])) click(panel.enPassantButton(index));
   }
-  QString text;
-  for (const QString& line : expected) text += (line.startsWith("  1") ? "\t" + line.mid(2) : line) + "\n";
-  QCOMPARE(QString::fromStdString(fixture.main.document().solutionText()), text);
-  QCOMPARE(fixture.progress.bar(), ProgressPanel::kBarFull);
+  const QString expected = golden.expected.chopped(golden.expected.endsWith('\n') ? 1 : 0);
+  QPushButton* next = fixture.progress.startButton();
+  for (int runs = 0; next; ++runs) {
+    QVERIFY(runs < 10);
+    fixture.press(next);
+    QVERIFY(expected.startsWith(fixture.tree().join('\n')));
+    next = fixture.progress.continueButton()->isEnabled() ? fixture.progress.continueButton() : nullptr;
+  }
+  QCOMPARE(fixture.tree().join('\n'), expected);
+  QCOMPARE(QString::fromStdString(fixture.main.document().solutionText()), golden.expected);
+  QVERIFY(fixture.progress.startButton()->isEnabled() && !fixture.progress.stopButton()->isEnabled());
+  if (counting || !field.contains("first-move")) QCOMPARE(fixture.progress.bar(), ProgressPanel::kBarFull);
   QVERIFY(fixture.main.boardView()->isEnabled() && fixture.main.modeTabs()->isEnabled());
 }
 
@@ -168,7 +133,7 @@ void RunsTest::stopIsHonouredAtOnce() {
   QFETCH(QString, fen);
   QFETCH(QString, stipulation);
   RunWindow fixture;
-  fixture.open(qPrintable(fen), qPrintable(stipulation), tab);
+  fixture.open(fen, stipulation, tab);
   fixture.main.commandAction(LastInterval)->trigger();
   QSignalSpy ended(&fixture.main, &MainWindow::runEnded);
   QTest::mouseClick(fixture.progress.startButton(), Qt::LeftButton);
@@ -280,91 +245,38 @@ void RunsTest::refusedSetUpSearchesNothing() {
   QVERIFY(!fixture.progress.continueButton()->isEnabled() && fixture.progress.startButton()->isEnabled());
 }
 
-// The choice holds for the following runs, Cancel keeps it, and an edit of
-// the set-up (here the side to move) or the first row gives all moves back.
-void RunsTest::selectMoveForcesTheFirstMove() {
+// The choice holds for the following runs and Cancel keeps it; an edit of the
+// set-up (here the side to move) or the first row gives all moves back.
+void RunsTest::selectMoveChoiceLastsUntilTheSetUpChanges() {
   RunWindow fixture;
   fixture.open(kShmatov, "#3", kSolverTab);
   SolverPanel& panel = *fixture.main.solverPanel();
-  const QString move = "Qb3 - a3 ";
-  const auto choose = [&](const QString& row, QDialogButtonBox::StandardButton button, const QString& shownRow) {
-    QTest::mouseClick(panel.selectMoveButton(), Qt::LeftButton);
-    std::unique_ptr<SelectMoveDialog> dialog(fixture.main.findChild<SelectMoveDialog*>());
-    QVERIFY(dialog && dialog->isVisible());
-    QListWidget* list = dialog->moveList();
-    QCOMPARE(dialog->findChild<QLabel*>()->text(), QString("Select first move to test:"));
-    QCOMPARE(list->item(0)->text(), QString("Wszystkie"));
-    QCOMPARE(list->currentItem()->text(), shownRow);
-    list->setCurrentItem(list->findItems(row, Qt::MatchExactly).first());
-    dialog->findChild<QDialogButtonBox*>()->button(button)->click();
-  };
-  choose(move, QDialogButtonBox::Ok, "Wszystkie");
-  QCOMPARE(panel.firstMoveField()->text(), move);
+  QCOMPARE(fixture.selectMove("Qb3-a3", QDialogButtonBox::Ok), QString("Wszystkie"));
+  QCOMPARE(panel.firstMoveField()->text(), QString("Qb3 - a3 "));
   for (int run = 0; run < 2; ++run) {
     fixture.press(fixture.progress.startButton());
-    QCOMPARE(fixture.tree(), (QStringList{"1. Qb3 - a3    O.K.", "  1....,  h7 - h6   2. Qa3 - c3 ",
-                                          "  1....,  e5 - e4   2. Ng3 - f5 "}));
+    QCOMPARE(fixture.tree().first(), QString("1. Qb3 - a3    O.K."));
   }
-  choose("Wszystkie", QDialogButtonBox::Cancel, move);
-  QCOMPARE(panel.firstMoveField()->text(), move);
+  QCOMPARE(fixture.selectMove("Wszystkie", QDialogButtonBox::Cancel), QString("Qb3 - a3 "));
+  QCOMPARE(panel.firstMoveField()->text(), QString("Qb3 - a3 "));
   click(panel.sideButton(core::Black));
   QCOMPARE(panel.firstMoveField()->text(), QString("All moves"));
   click(panel.sideButton(core::White));
-  choose(move, QDialogButtonBox::Ok, "Wszystkie");
-  choose("Wszystkie", QDialogButtonBox::Ok, move);
+  fixture.selectMove("Qb3-a3", QDialogButtonBox::Ok);
+  fixture.selectMove("Wszystkie", QDialogButtonBox::Ok);
   QCOMPARE(panel.firstMoveField()->text(), QString("All moves"));
 }
 
-// J. Kling, The Chess Euclid 1849: the key takes en passant after b7-b5.
-void RunsTest::enPassantLastMoveIsTheChosenOne() {
+// Paused at a solution, the run goes on to the end once the option is off.
+void RunsTest::stopOnFirstSolutionTurnedOffDuringAPause() {
   RunWindow fixture;
-  fixture.open("R7/7q/7r/Pp6/5p1r/7P/4Q3/k3K2R w K -", "#2", kSolverTab);
-  fixture.setStopOnFirstSolution(false);
-  fixture.press(fixture.progress.startButton());
-  QCOMPARE(fixture.tree(), QStringList{"No solution"});
-  QAbstractButton* choice = fixture.main.solverPanel()->enPassantButton(0);
-  QCOMPARE(choice->text(), QString("b7 - b5"));
-  click(choice);
-  fixture.press(fixture.progress.startButton());
-  QCOMPARE(fixture.tree(), (QStringList{"Solution No 1", "1.  a5 - b6 ", "  1...., Qh7 - a7   2. Ke1 - f2 #",
-                                        "  1...., Ka1 - b1   2. Ke1 - f2 #", "No more solutions"}));
-}
-
-// The language, "Testing all second moves", "Search minimum moves" and "Stop
-// on first solution" are read by the run after they were set.
-void RunsTest::optionsTakeEffectInTheNextRun() {
-  RunWindow fixture;
-  MainWindow& window = fixture.main;
-  fixture.open(kKish, "#2", kSolverTab);
-  fixture.setStopOnFirstSolution(false);
-  window.commandAction(commandOfLanguage(7))->trigger();  // French
-  fixture.press(fixture.progress.startButton());
-  QCOMPARE(fixture.tree().at(1), QString("1. Rf8 - e8   threat:  2.  f7 - f8C#"));
-
-  window.commandAction(commandOfLanguage(4))->trigger();
-  click(window.solverPanel()->allSecondMovesBox());
-  fixture.press(fixture.progress.startButton());
-  const QStringList secondMoves = fixture.tree();
-  QCOMPARE(secondMoves.at(1), QString("1. Kf8 - e8 "));
-  QVERIFY(secondMoves.indexOf("  1...., Rg7 - g8   2.  f7 - g8Q#") + 1 ==
-          secondMoves.indexOf(QString(2 + 24, ' ') + "2.  f7 - g8B#"));
-
-  click(window.solverPanel()->allSecondMovesBox());
-  QTest::mouseClick(fixture.toolButton(ToolSearchMinimumMoves), Qt::LeftButton);
-  fixture.press(fixture.progress.startButton());
-  QCOMPARE(fixture.tree(), QStringList({"In 1 moves:", "- no solution", "In 2 moves:"}) + kKishSolution +
-                               QStringList{"No more solutions"});
-
-  // Paused at a solution, the run goes on to the end once the option is off.
-  QTest::mouseClick(fixture.toolButton(ToolSearchMinimumMoves), Qt::LeftButton);
   fixture.open(kHelpmate, "H#2", kSolverTab);
   fixture.setStopOnFirstSolution(true);
-  fixture.press(fixture.progress.startButton());
+  QCOMPARE(fixture.press(fixture.progress.startButton()), jobs::RunEnd::Solution);
   QCOMPARE(fixture.tree().size(), 3);
   QTest::mouseClick(fixture.toolButton(ToolStopOnFirstSolution), Qt::LeftButton);
-  fixture.press(fixture.progress.continueButton());
+  QCOMPARE(fixture.press(fixture.progress.continueButton()), jobs::RunEnd::Finished);
   QCOMPARE(fixture.tree().size(), 7);
-  QCOMPARE(fixture.tree().last(), QString("No more solutions"));
 }
 
 void RunsTest::closingDuringARunStopsItFirst() {

@@ -1,11 +1,16 @@
 #pragma once
 // What the window tests share: a main window on a problem folder of its own,
-// squares by name, boards written as lists of men, and the real widgets behind
-// commands and squares.
+// squares by name, boards written as lists of men, and cases read from files.
 
 #include <QAbstractButton>
 #include <QByteArray>
+#include <QCheckBox>
 #include <QFile>
+#include <QMap>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QSignalSpy>
+#include <QTabBar>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QToolBar>
@@ -46,6 +51,26 @@ inline QString placement(const Board& board) {
   return QString::fromStdString(std::string(fen.substr(0, fen.find(' '))));
 }
 
+// A case file of tests/data: "key: value" lines, then after "---" the
+// expected text.
+struct Case {
+  QMap<QString, QString> fields;
+  QString expected;
+};
+
+inline Case readCase(const QString& path) {
+  QFile file(path);
+  if (!file.open(QIODevice::ReadOnly)) qFatal("cannot read %s", qPrintable(path));
+  const QString content = QString::fromUtf8(file.readAll());
+  const qsizetype rule = content.indexOf("\n---\n");
+  Case page{{}, content.mid(rule + 5)};
+  for (const QString& line : content.left(rule).split('\n')) {
+    const qsizetype colon = line.indexOf(": ");
+    if (!line.startsWith('#') && colon > 0) page.fields[line.left(colon)] = line.mid(colon + 2);
+  }
+  return page;
+}
+
 // Check boxes and radio buttons take clicks on their indicator and text only,
 // which need not reach the middle of a wide button.
 inline void click(QAbstractButton* button) {
@@ -67,6 +92,7 @@ struct WindowFixture {
   std::unique_ptr<MainWindow> window;
 
   explicit WindowFixture(const std::optional<QByteArray>& settings = std::nullopt) {
+    qRegisterMetaType<jobs::RunEnd>();
     if (settings) {
       QFile file(settingsPath());
       if (!file.open(QIODevice::WriteOnly) || file.write(*settings) != settings->size()) qFatal("no settings file");
@@ -87,6 +113,33 @@ struct WindowFixture {
     core::BoardSetup setup = window->document().setup();
     setup.board = board;
     window->document().setSetup(setup);
+  }
+
+  // Sets the problem up through a FEN file, as the program does with one
+  // named on its command line.
+  void openProblem(const QString& fen, const QString& stipulation) {
+    QFile file(folder.filePath("problem.fen"));
+    if (!file.open(QIODevice::WriteOnly)) qFatal("no problem file");
+    file.write(QStringLiteral("[Ask \"%1\"]\n%2\n").arg(stipulation, fen).toUtf8());
+    file.close();
+    if (!window->openFirstPosition(file.fileName())) qFatal("no position in the problem file");
+  }
+
+  void chooseTab(int tab) { QTest::mouseClick(window->modeTabs(), Qt::LeftButton, {}, window->modeTabs()->tabRect(tab).center()); }
+
+  // Clicks Start or Continue and waits until the run has ended.
+  jobs::RunEnd press(QAbstractButton* button) {
+    QSignalSpy ended(window.get(), &MainWindow::runEnded);
+    QTest::mouseClick(button, Qt::LeftButton);
+    if (!ended.wait(60'000)) qFatal("the run did not end");
+    return ended.takeFirst().at(0).value<jobs::RunEnd>();
+  }
+
+  // The result tree's lines, a variation with a tab before it.
+  QStringList tree() const {
+    QStringList lines;
+    for (const std::string& line : window->resultModel().lines()) lines << QString::fromStdString(line);
+    return lines;
   }
 
   QPoint centreOf(int square) const { return window->boardView()->squareRect(square).center(); }
