@@ -5,9 +5,7 @@
 #include <QLabel>
 #include <QMenu>
 #include <QMenuBar>
-#include <QRadioButton>
 #include <QScrollBar>
-#include <QTabBar>
 #include <QTextBrowser>
 #include <QtTest>
 
@@ -19,18 +17,12 @@
 namespace velkaro::ui::testing {
 namespace {
 
-QMenu* menuNamed(const MainWindow& window, const QString& title) {
+// The entries of the menu `title` on the menu bar.
+QList<QAction*> menuEntries(const MainWindow& window, const QString& title) {
   for (QAction* action : window.menuBar()->actions()) {
-    if (action->text().remove(QChar('&')) == title) return action->menu();
+    if (action->text().remove(QChar('&')) == title) return action->menu()->actions();
   }
-  return nullptr;
-}
-
-QAction* entryNamed(QMenu* menu, const QString& text) {
-  for (QAction* action : menu->actions()) {
-    if (action->text() == text) return action;
-  }
-  return nullptr;
+  return {};
 }
 
 }  // namespace
@@ -60,7 +52,8 @@ void CommandsTest::togglesKeptInStep() {
   QFETCH(bool, atStart);
   WindowFixture fixture;
   MainWindow& window = *fixture.window;
-  QAction* entry = entryNamed(menuNamed(window, "Option"), window.commandAction(menuEntry)->text());
+  QAction* entry = window.commandAction(menuEntry);
+  QVERIFY(menuEntries(window, "Option").contains(entry));
   QToolButton* button = fixture.toolButton(toolButton);
   auto option = [&] {
     const SolverOptions& options = window.document().options();
@@ -86,11 +79,6 @@ void CommandsTest::informationsOpensTheHelpAtItsContents() {
   QVERIFY(help && help->isVisible());
   QCOMPARE(help->windowTitle(), QString("Informations"));
   QTextBrowser* browser = help->browser();
-  const QString text = browser->toPlainText();
-  for (const char* topic : {"Contents", "Setting up a position", "Stipulations", "The four modes", "Options",
-                            "Importing a FEN position", "The command line"}) {
-    QVERIFY2(text.contains(topic), topic);
-  }
   QCOMPARE(browser->source().fragment(), QString("contents"));
   const int atContents = browser->verticalScrollBar()->value();
 
@@ -105,10 +93,6 @@ void CommandsTest::informationsOpensTheHelpAtItsContents() {
 void CommandsTest::variantsTab() {
   WindowFixture fixture;
   MainWindow& window = *fixture.window;
-  QTabBar* tabs = window.modeTabs();
-  QStringList names;
-  for (int tab = 0; tab < tabs->count(); ++tab) names << tabs->tabText(tab);
-  QCOMPARE(names, (QStringList{"Solver", "Creator", "Positions", "Variants"}));
   QLabel* caption = nullptr;
   for (QLabel* label : window.findChildren<QLabel*>()) {
     if (label->text() == "Counting number of possible continuations") caption = label;
@@ -117,17 +101,17 @@ void CommandsTest::variantsTab() {
   auto* selfmate = buttonWithText<QRadioButton>(window.solverPanel(), "Sefmate in ");
   QVERIFY(selfmate->isEnabled());
 
-  QTest::mouseClick(tabs, Qt::LeftButton, {}, tabs->tabRect(3).center());
+  fixture.chooseTab(3);
   QCOMPARE(window.mode(), MainWindow::Mode::Variants);
   QVERIFY(caption->isVisible());
   QVERIFY(window.solverPanel()->isVisible());
   QVERIFY(!selfmate->isEnabled());
 
-  QTest::mouseClick(tabs, Qt::LeftButton, {}, tabs->tabRect(1).center());
+  fixture.chooseTab(1);
   QCOMPARE(window.mode(), MainWindow::Mode::Creator);
   QVERIFY(!caption->isVisible());
   QVERIFY(!window.solverPanel()->isVisible());
-  QTest::mouseClick(tabs, Qt::LeftButton, {}, tabs->tabRect(0).center());
+  fixture.chooseTab(0);
   QVERIFY(selfmate->isEnabled());
 }
 
