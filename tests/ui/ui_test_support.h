@@ -51,6 +51,12 @@ inline QString placement(const Board& board) {
   return QString::fromStdString(std::string(fen.substr(0, fen.find(' '))));
 }
 
+// The problem as one line: the set-up's FEN and the stipulation.
+inline QString problemText(const ProblemDocument& document) {
+  const formats::FenText text = formats::PositionToFen(document.setup(), document.stipulation());
+  return QString::fromStdString(std::string(text.fen()) + " | " + std::string(text.stipulation()));
+}
+
 // A case file of tests/data: "key: value" lines, then after "---" the
 // expected text.
 struct Case {
