@@ -1,13 +1,8 @@
-// The board editor driven through the mouse: men placed from the palette by
-// click and by drag, moved and removed on the board, the piece count, the
-// en-passant choices that follow the board and the side to move, and the
+// The board editor driven through the mouse: men placed, moved and removed by
+// click and by drag, the piece count, the en-passant choices, and the
 // controls a running job locks.
 
-#include <QAbstractButton>
 #include <QLabel>
-#include <QPushButton>
-#include <QRadioButton>
-#include <QTabBar>
 #include <QtTest>
 
 #include "ui/commands.h"
@@ -131,10 +126,10 @@ void BoardEditorTest::enPassantChoicesFollowTheBoard_data() {
   QTest::addColumn<Board>("board");
   QTest::addColumn<int>("side");
   QTest::addColumn<QStringList>("choices");
-  const Men kings = {{"e1", King}, {"e8", -King}};
-  auto with = [&kings](Men men) {
-    Board board = boardOf(kings);
-    for (const auto& [square, code] : men) board[static_cast<std::size_t>(sq(square))] = code;
+  auto with = [](Men men) {
+    Board board = boardOf(men);
+    board[static_cast<std::size_t>(sq("e1"))] = King;
+    board[static_cast<std::size_t>(sq("e8"))] = -King;
     return board;
   };
   QTest::newRow("Black pawn beside a White one") << with({{"d5", -Pawn}, {"e5", Pawn}}) << 1 << QStringList{"d7 - d5"};
@@ -197,9 +192,7 @@ void BoardEditorTest::initialPositionAndClear() {
   click(panel->sideButton(-1));
   click(panel->initialPositionButton());
   core::BoardSetup setup = fixture.window->document().setup();
-  QCOMPARE(setup.board[static_cast<std::size_t>(sq("e1"))], King);
-  QCOMPARE(setup.board[static_cast<std::size_t>(sq("d8"))], -Queen);
-  QCOMPARE(setup.board[static_cast<std::size_t>(sq("h2"))], Pawn);
+  QCOMPARE(placement(setup.board), QString("rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR"));
   QCOMPARE(setup.sideToMove, 1);
   QVERIFY(setup.whiteLongCastle && setup.whiteShortCastle && setup.blackLongCastle && setup.blackShortCastle);
   QCOMPARE(fixture.window->pieceCountLabel()->text(), QString("(16+16)"));

@@ -1,18 +1,11 @@
-// The Creator and Positions tabs driven through their controls: fixed kings
-// with men to add and one kind's squares restricted, a pause on each find,
-// Continue and a chosen row; eight queens with a pause on each find, Continue
-// twice, a chosen row and its marks.
+// The Creator and Positions tabs driven through their controls: a pause on
+// each find, Continue, and a chosen row put on the board.
 
-#include <QCheckBox>
 #include <QDialogButtonBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
-#include <QPushButton>
-#include <QRadioButton>
-#include <QSignalSpy>
 #include <QSpinBox>
-#include <QTabBar>
 #include <QtTest>
 
 #include "generator/settings.h"
@@ -35,13 +28,6 @@ struct ModeWindow : WindowFixture {
   MainWindow& main = *window;
   ProgressPanel& progress = *main.progressPanel();
 
-  void chooseTab(int tab) { QTest::mouseClick(main.modeTabs(), Qt::LeftButton, {}, main.modeTabs()->tabRect(tab).center()); }
-  jobs::RunEnd press(QPushButton* button) {
-    QSignalSpy ended(&main, &MainWindow::runEnded);
-    QTest::mouseClick(button, Qt::LeftButton);
-    if (!ended.wait(60'000)) qFatal("the run did not end");
-    return ended.takeFirst().at(0).value<jobs::RunEnd>();
-  }
   QStringList rows(QListWidget* list) const {
     QStringList texts;
     for (int row = 0; row < list->count(); ++row) texts << list->item(row)->text();
@@ -55,7 +41,6 @@ class ModesTest : public QObject {
   Q_OBJECT
 
  private slots:
-  void initTestCase() { qRegisterMetaType<jobs::RunEnd>(); }
   void creatorFindsPausesAndShowsProblems();
   void positionsFindsEightQueensOneByOne();
 };
