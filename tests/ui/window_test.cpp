@@ -21,7 +21,6 @@
 #include "formats/problem_file.h"
 #include "ui/commands.h"
 #include "ui/export_fen_dialog.h"
-#include "ui/help_browser.h"
 #include "ui/piece_palette.h"
 #include "ui/progress_panel.h"
 #include "ui/result_pane.h"
@@ -145,7 +144,7 @@ class WindowTest : public QObject {
   void editingTheBoardClearsTheSolution_data();
   void editingTheBoardClearsTheSolution();
   void countFieldRefusesZero();
-  void keysReachMenuHelpAndTree();
+  void keysReachMenuAndTree();
   void keyboardPlacesMen_data();
   void keyboardPlacesMen();
   void undoAndRedoCrossTransformationAndClear();
@@ -450,9 +449,9 @@ void WindowTest::countFieldRefusesZero() {
   QCOMPARE(fixture.main.document().stipulation().moves, 2);
 }
 
-// Alt+F opens the File menu, F1 the help, and Tab from the board reaches
-// Start and the result tree, in a window just started.
-void WindowTest::keysReachMenuHelpAndTree() {
+// Alt+F opens the File menu, and Tab from the board reaches Start and the
+// result tree, in a window just started.
+void WindowTest::keysReachMenuAndTree() {
   Window fixture;
   QVERIFY(fixture.main.progressPanel()->startButton()->isEnabled());
   fixture.main.boardView()->setFocus();
@@ -462,12 +461,6 @@ void WindowTest::keysReachMenuHelpAndTree() {
   QTest::keyClick(file, Qt::Key_Escape);
   QVERIFY(QTest::qWaitFor([&] { return !file->isVisible(); }));
   QTest::keyClick(fixture.main.menuBar(), Qt::Key_Escape);
-
-  fixture.main.boardView()->setFocus();
-  fixture.key(Qt::Key_F1);
-  auto* help = fixture.main.findChild<HelpBrowser*>();
-  QVERIFY(help && help->isVisible());
-  help->close();
 
   fixture.main.activateWindow();
   fixture.main.boardView()->setFocus();
