@@ -118,16 +118,9 @@ TEST(MoveGeneration, CastlingConditions) {
     Texts castlings;  // what the king on e1 generates beyond its steps
   };
   const Case cases[] = {
-      {"4k3/8/8/8/8/8/8/R3K2R w KQ -", {"0 - 0 - 0", "0 - 0"}},
-      {"4k3/8/8/8/8/8/8/R3K2R w - -", {}},              // no flags
-      {"4k3/8/8/8/8/8/8/4K3 w KQ -", {}},               // flags but no rooks
-      {"4k3/8/8/8/8/8/8/RN2K1NR w KQ -", {}},           // blocked on b1 and g1
-      {"4k3/8/8/8/4r3/8/8/R3K2R w KQ -", {}},           // in check
-      {"4k3/8/8/8/3r4/8/8/R3K2R w KQ -", {"0 - 0"}},    // d1 attacked
-      {"4k3/8/8/8/5r2/8/8/R3K2R w KQ -", {"0 - 0 - 0"}},  // f1 attacked
+      // Blocked, in check, through check and one flag show in the castling perft counts.
+      {"4k3/8/8/8/8/8/8/4K3 w KQ -", {}},                            // flags but no rooks
       {"4k3/8/8/8/2r3r1/8/8/R3K2R w KQ -", {"0 - 0 - 0", "0 - 0"}},  // c1 and g1 attacked: generated
-      {"4k3/8/8/8/8/8/8/R3K2R w Q -", {"0 - 0 - 0"}},
-      {"4k3/8/8/8/8/8/8/R3K2R w K -", {"0 - 0"}},
   };
   for (const Case& test : cases) {
     Texts moves = Board(test.fen).generated(sq("e1"));
@@ -142,21 +135,6 @@ TEST(MoveGeneration, CastlingConditions) {
   // Castling into check is generated and then refused by the legality test.
   Board intoCheck("4k3/8/8/8/2r3r1/8/8/R3K2R w KQ -");
   for (const std::string& move : intoCheck.made(nextLegalMove)) EXPECT_NE(move[0], '0') << move;
-}
-
-TEST(LegalMoves, CastlingRightsChangeOnlyForTheMover) {
-  Board board("r3k2r/8/8/8/8/8/8/R3K2R w KQkq -");
-  const Position& next = board.stack[2].position;
-  for (int continuing = 0; nextLegalMove(board.stack, 1, continuing) < 0; continuing = 1) {
-    const PlyFrame& root = board.stack[1];
-    const std::string move = board.notation.MoveText(board.stack, 1);
-    const bool kingMoved = root.movedPiece == piece::King;
-    EXPECT_EQ(next.whiteLongCastle, !kingMoved && root.fromSquare != sq("a1")) << move;
-    EXPECT_EQ(next.whiteShortCastle, !kingMoved && root.fromSquare != sq("h1")) << move;
-    // Ra1xa8 and Rh1xh8 leave Black's flags alone.
-    EXPECT_TRUE(next.blackLongCastle && next.blackShortCastle) << move;
-    EXPECT_EQ(next.whiteKingSquare, kingMoved ? root.toSquare : sq("e1")) << move;
-  }
 }
 
 TEST(LegalMoves, IteratorVariants) {
@@ -200,11 +178,6 @@ TEST(LegalMoves, IteratorVariants) {
     EXPECT_EQ(plain.stack[2].position.whiteKingSquare, sq("e1"));
     EXPECT_EQ(plain.stack[2].position.whiteLongCastle, 1);
   }
-}
-
-TEST(LegalMoves, StalemateAndMateHaveNoMove) {
-  EXPECT_TRUE(Board("7k/5Q2/6K1/8/8/8/8/8 b - -").made(nextLegalMove).empty());  // stalemate
-  EXPECT_TRUE(Board("7k/6Q1/6K1/8/8/8/8/8 b - -").made(nextLegalMove).empty());   // mate
 }
 
 // The mate test's quick road gives the iterator's answer in every position of

@@ -4,11 +4,9 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
-#include <string>
 #include <vector>
 
 #include "core/legal.h"
-#include "core/notation.h"
 #include "core/perft.h"
 #include "formats/fen.h"
 
@@ -98,22 +96,6 @@ TEST(Perft, EnPassantCastlingAndPromotionCounts) {
 TEST(Perft, CastlingRightsChangeOnlyForTheMover) {
   PlyStack& stack = stackFor("rr2k3/8/8/8/8/8/8/R3K3 w q -", "");
   EXPECT_EQ(perft(stack, 4), 98754u + 5u);
-}
-
-TEST(Perft, DivideListsFirstMovesInGenerationOrder) {
-  PlyStack& stack = stackFor("rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq -", "");
-  Notation notation;
-  std::vector<std::string> lines;
-  const auto total = perft(stack, 3, [&](const PlyFrame& root, std::uint64_t leaves) {
-    lines.push_back(notation.MoveText(root.movedPiece, root.fromSquare, root.toSquare, root.placedPiece,
-                                      root.moveKind) +
-                    ": " + std::to_string(leaves));
-  });
-  ASSERT_EQ(lines.size(), 20u);
-  EXPECT_EQ(lines.front(), " a2 - a3 : 380");
-  EXPECT_EQ(lines[9], " e2 - e4 : 600");
-  EXPECT_EQ(lines.back(), "Ng1 - h3 : 400");
-  EXPECT_EQ(total, 8902u);
 }
 
 }  // namespace

@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <memory>
@@ -192,41 +193,29 @@ TEST(TableEquivalence, ManyStopsGiveTheTextOfOneRun) {
 }
 
 // Deeper problems, against the whole text the solver wrote before it skipped
-// proved positions or tried killer moves first (tests/data/equivalence).
-struct GoldenCase {
-  const char* id;
-  bool secondMoves;
-};
-
-constexpr GoldenCase kGoldenCases[] = {
-    {"b-d4-vladimirov", false},     {"b-d4-gamnitzer-1990", false}, {"b-d4-gamnitzer-1992", false},
-    {"b-d4-gamnitzer-2024", false}, {"b-d4-gamnitzer-2013", false}, {"b-d5-loyd-excelsior", false},
-    {"b-d5-calvi", false},          {"b-s4-gamnitzer-re8", false},  {"b-s4-gamnitzer-rg3", false},
-    {"b-s3-jorgensen", false},      {"b-h2-garai", false},          {"b-h3-mintz", false},
-    {"b-h3-benko", false},          {"b-d4-gamnitzer-1990", true},  {"b-d4-gamnitzer-2013", true},
-    {"b-d4-gamnitzer-2024", true},
-};
-
-std::string readFile(const std::string& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-}
-
+// proved positions or tried killer moves first: tests/data/equivalence holds
+// one file a problem of bench/problems.txt, "ID.second-moves.txt" for a run
+// testing all second moves.
 TEST(GoldenEquivalence, DeeperProblemsGiveTheTextTheyAlwaysGave) {
-  for (const GoldenCase& test : kGoldenCases) {
-    const auto problems = published::readProblems(VELKARO_SOURCE_DIR "/bench/problems.txt", test.id);
-    ASSERT_FALSE(problems.empty()) << test.id;
+  int compared = 0;
+  for (const auto& entry : std::filesystem::directory_iterator(VELKARO_SOURCE_DIR "/tests/data/equivalence")) {
+    std::string id = entry.path().stem().string();
+    if (entry.path().extension() != ".txt" || id == "README") continue;
+    const bool secondMoves = id.ends_with(".second-moves");
+    if (secondMoves) id.resize(id.size() - 13);
+    const auto problems = published::readProblems(VELKARO_SOURCE_DIR "/bench/problems.txt", id);
+    ASSERT_FALSE(problems.empty()) << id;
+    ++compared;
     if (kShare > 1 && problems.front().stipulation().moves > 3) continue;
     solver::SolveSettings settings;
     settings.setup = problems.front().setup();
     settings.stipulation = problems.front().stipulation();
     settings.stopOnFirstSolution = false;
-    settings.testAllSecondMoves = test.secondMoves;
-    const std::string golden = readFile(std::string(VELKARO_SOURCE_DIR "/tests/data/equivalence/") + test.id +
-                                        (test.secondMoves ? ".second-moves.txt" : ".txt"));
-    ASSERT_FALSE(golden.empty()) << test.id;
-    EXPECT_EQ(solveText(settings, kDrives[0]), golden) << test.id;
+    settings.testAllSecondMoves = secondMoves;
+    std::ifstream golden(entry.path(), std::ios::binary);
+    EXPECT_EQ(solveText(settings, kDrives[0]), std::string(std::istreambuf_iterator<char>(golden), {})) << id;
   }
+  EXPECT_EQ(compared, 16);
 }
 
 // The count lines of a Variants run.
