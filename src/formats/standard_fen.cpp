@@ -80,7 +80,7 @@ bool readCastling(std::string_view field, BoardSetup& setup) {
 bool readEnPassant(std::string_view field, BoardSetup& setup, std::string& error) {
   if (field == "-") return true;
   if (field.size() != 2 || field[0] < 'a' || field[0] > 'h' || field[1] < '1' || field[1] > '8') {
-    error = "\"" + std::string(field) + "\" is not a square";
+    error.assign(1, '"').append(field).append("\" is not a square");
     return false;
   }
   const int side = setup.sideToMove;
