@@ -189,7 +189,9 @@ TEST_P(Golden, StopAndContinue) {
     const Outcome stopped = run(GetParam(), every, false);
     EXPECT_EQ(stopped.text, GetParam().expected) << "stopping at every " << every << ". tick";
     EXPECT_EQ(stopped.tested, whole.tested);
-    if (whole.tested > 400) EXPECT_GT(stopped.stops, 0);
+    if (whole.tested > 400) {
+      EXPECT_GT(stopped.stops, 0);
+    }
   }
 }
 

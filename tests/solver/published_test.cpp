@@ -61,7 +61,7 @@ class FirstMoves : public jobs::ProgressSink, public RecordSink, public core::Me
 };
 
 // Deep problems take long without optimisation; the sanitizer build leaves them out.
-bool withinBudget(const published::Problem& problem) {
+bool withinBudget([[maybe_unused]] const published::Problem& problem) {
 #ifdef NDEBUG
   return true;
 #else
@@ -106,7 +106,9 @@ TEST(KeyFinder, KeysOfARunWithoutText) {
   KeyFinder finder;
   for (const published::Problem& problem : problems) {
     if (problem.stipulation().helpmate || problem.stipulation().moves > 3) continue;
-    SolveSettings settings{problem.setup(), problem.stipulation()};
+    SolveSettings settings;
+    settings.setup = problem.setup();
+    settings.stipulation = problem.stipulation();
     settings.stopOnFirstSolution = false;
     FirstMoves run;
     std::make_unique<SolverJob>(run, run, run)->start(settings);
