@@ -57,7 +57,7 @@ std::optional<BatchProblem> problemAt(const std::vector<std::string>& lines, int
   formats::FenImport import;
   if (!import.selectLine(lines, index, formats::fileTypeOf(options.file))) return std::nullopt;
   const formats::ImportResult& result = import.result();
-  if (result.moves < 1 || result.moves > solver::kMaxMoves) {
+  if (result.moves < 1 || result.moves > core::kMaxMoves) {
     std::fprintf(stderr, "%s:%d: skipped: %s\n", options.file.c_str(), index + 1,
                  result.moves == 0 ? "the record gives no number of moves" : "too many moves for the solver");
     ++skipped;

@@ -57,7 +57,7 @@ int runSave(const SaveOptions& options) {
   if (!endsWithKvz(options.out))
     throw UsageError("--out: a problem file's name ends in .kvz, not \"" + options.out + "\"");
   formats::ProblemData problem;
-  problem.stipulation = stipulationFrom(options.stipulation, solver::kMaxMoves);
+  problem.stipulation = stipulationFrom(options.stipulation, core::kMaxMoves);
   problem.setup = setupFrom(options.position);
   if (options.solve) {
     std::optional<std::string> text = fullSolution(problem);

@@ -36,7 +36,7 @@ int runSolve(const SolveOptions& options) {
     throw UsageError("solve needs --fen and --stip, or --file");
   }
   solver::SolveSettings settings = runOptions(options);
-  settings.stipulation = stipulationFrom(options.stipulation, solver::kMaxMoves);
+  settings.stipulation = stipulationFrom(options.stipulation, core::kMaxMoves);
   settings.setup = setupFrom(options.position);
   settings.testAllSecondMoves = options.secondMoves && !settings.stipulation.helpmate;
   settings.tableMegabytes = options.tableMegabytes;

@@ -3,7 +3,13 @@
 
 #include <string>
 
+#include "core/position.h"
+
 namespace velkaro::core {
+
+// Deepest stipulations the ply stack holds: 2n + 2 frames for a helpmate or
+// selfmate in n, 2n + 1 for a direct mate.
+inline constexpr int kMaxMoves = (kPlyFrameCount - 2) / 2 - 1;
 
 struct Stipulation {
   bool helpmate = false;

@@ -191,7 +191,10 @@ void readSetup(const Header& header, ProblemData& problem) {
   }
   problem.stipulation.selfmate = header.flag(kSelfmateByte);
   problem.stipulation.helpmate = header.flag(kHelpmateByte);
-  problem.stipulation.moves = header.value(kMovesByte);
+  // A move count no search could hold leaves the problem's own.
+  if (const int moves = header.value(kMovesByte); moves >= 1 && moves <= core::kMaxMoves) {
+    problem.stipulation.moves = moves;
+  }
   setup.sideToMove = header.value(kSideByte) < 0 ? core::Black : core::White;
   setup.whiteLongCastle = header.flag(kCastlingByte);
   setup.whiteShortCastle = header.flag(kCastlingByte + 1);

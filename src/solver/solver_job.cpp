@@ -23,7 +23,7 @@ RunEnd SolverJob::start(const SolveSettings& settings) {
   }
   killers_ = {};
   moves_ = settings_.minimumMoves ? 1 : settings_.stipulation.moves;
-  if (moves_ < 1 || moves_ > kMaxMoves || !prepareFreshSearch()) {
+  if (moves_ < 1 || moves_ > core::kMaxMoves || !prepareFreshSearch()) {
     finished_ = true;
     stopClock();
     return RunEnd::Refused;

@@ -34,10 +34,6 @@ struct SolveSettings {
   bool countsFirstMoves = true;
 };
 
-// Deepest stipulations the ply stack holds: 2n + 2 frames for a helpmate or
-// selfmate in n, 2n + 1 for a direct mate.
-inline constexpr int kMaxMoves = (core::kPlyFrameCount - 2) / 2 - 1;
-
 class SolverJob : public jobs::Job {
  public:
   // Results go to `records` as they are found.

@@ -80,10 +80,10 @@ struct PanelTexts {
 // Every key, as a run from the window with "Stop on first solution" off.
 std::optional<PanelTexts> solveFully(ProblemDocument& document) {
   const core::Stipulation& stipulation = document.stipulation();
-  if (stipulation.moves > solver::kMaxMoves) {
+  if (stipulation.moves > core::kMaxMoves) {
     complain(QStringLiteral("%1 is longer than Velkaro can solve (%2 moves at most)")
                  .arg(QString::fromStdString(stipulation.text()))
-                 .arg(solver::kMaxMoves));
+                 .arg(core::kMaxMoves));
     return std::nullopt;
   }
   solver::SolveSettings settings;

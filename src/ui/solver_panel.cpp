@@ -89,7 +89,7 @@ QWidget* SolverPanel::createStipulationBox() {
     });
   }
   moves_ = new QSpinBox(box);
-  moves_->setRange(1, solver::kMaxMoves);
+  moves_->setRange(1, core::kMaxMoves);
   moves_->setToolTip(QStringLiteral("The number of moves; on the Variants tab, of single moves to count"));
   layout->addWidget(moves_, 0, 1, 3, 1, Qt::AlignLeft | Qt::AlignVCenter);
   layout->setColumnStretch(2, 1);

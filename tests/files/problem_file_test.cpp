@@ -144,6 +144,18 @@ TEST(ProblemFileShort, ChangesOnlyWhatItReaches) {
   }
 }
 
+// A move count no search can hold (a damaged byte 3) leaves the problem's own.
+TEST(ProblemFileOpen, TakesOnlyAMoveCountASearchCanHold) {
+  std::vector<std::uint8_t> file = problemFileBytes(garai());
+  for (const int moves : {0, -120, 31, 127, 30, 1}) {
+    SCOPED_TRACE(moves);
+    file[3] = static_cast<std::uint8_t>(moves);
+    ProblemData problem = skuja();
+    readProblemBytes(file, problem);
+    EXPECT_EQ(problem.stipulation.moves, moves == 30 || moves == 1 ? moves : skuja().stipulation.moves);
+  }
+}
+
 TEST(ProblemFileOpen, AMissingFileChangesNothing) {
   ProblemData problem = garai();
   EXPECT_FALSE(OpenProblem(std::filesystem::temp_directory_path() / "velkaro_no_such_problem.kvz", problem));
