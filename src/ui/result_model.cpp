@@ -91,7 +91,7 @@ std::vector<std::string> ResultModel::lines() const {
     lines.emplace_back(textBuffer_, root.text.offset, root.text.length);
     for (std::uint32_t child = 0; child < root.childCount; ++child) {
       const Text& text = children_[root.firstChild + child];
-      lines.push_back("\t" + textBuffer_.substr(text.offset, text.length));
+      lines.emplace_back(1, '\t').append(textBuffer_, text.offset, text.length);
     }
   }
   if (!placeholder_.empty()) lines.push_back(placeholder_);
