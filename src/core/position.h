@@ -27,6 +27,17 @@ constexpr int Knight = 88;
 constexpr int Pawn = 112;
 }  // namespace piece
 
+// How many men of each kind: a side's men on a board, or the men a placement
+// puzzle asks for.
+struct KindCounts {
+  int kings = 0;
+  int queens = 0;
+  int rooks = 0;
+  int bishops = 0;
+  int knights = 0;
+  int pawns = 0;
+};
+
 // Side to move: 1 White, -1 Black; a piece of the side is code * side > 0.
 enum Side : int { White = 1, Black = -1 };
 

@@ -10,13 +10,7 @@ namespace velkaro::core {
 
 // The men of one side on an editor board, kind by kind. A man counts towards
 // its colour whatever its code; only the six known codes count towards a kind.
-struct SideCensus {
-  int kings = 0;
-  int queens = 0;
-  int rooks = 0;
-  int bishops = 0;
-  int knights = 0;
-  int pawns = 0;
+struct SideCensus : KindCounts {
   int men = 0;
   int lastKingSquare = 0;       // in a scan from a8
   bool pawnOnEdgeRank = false;  // a pawn on the first or the last rank

@@ -27,14 +27,7 @@ inline constexpr int kKindCode[kKindCount] = {core::piece::Pawn, core::piece::Ki
                                               core::piece::Rook, core::piece::Bishop, core::piece::Knight};
 
 // The "Number of pieces:" fields. A negative count counts as none.
-struct PieceCounts {
-  int kings = 0;
-  int queens = 0;
-  int rooks = 0;
-  int bishops = 0;
-  int knights = 0;
-  int pawns = 0;
-};
+using PieceCounts = core::KindCounts;
 
 inline constexpr std::string_view kNoPieces = "No chess pieces";
 inline constexpr std::string_view kTooManyPieces = "Too many chess pieces";
