@@ -148,6 +148,7 @@ class MainWindow : public QMainWindow {
   void saveProblem();
   void saveProblemAs(std::function<void()> then = {});
   bool writeProblemFile(const QString& path);
+  void becomeProblemFile(const QString& path);
   void exportFen();
   void copyFen();
   void pasteFen();

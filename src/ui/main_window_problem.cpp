@@ -106,14 +106,20 @@ bool MainWindow::openProblemFile(const QString& path) {
     return false;
   }
   document_.takeProblem(problem);
-  problemFile_ = QFileInfo(path).absoluteFilePath();
   showSolutionText();
   tabs_->setCurrentIndex(static_cast<int>(problem.options.counting ? Mode::Variants : Mode::Solver));
+  becomeProblemFile(path);
+  return true;
+}
+
+// The problem is now the one of the file at `path`: recent files, title and
+// status bar say so.
+void MainWindow::becomeProblemFile(const QString& path) {
+  problemFile_ = QFileInfo(path).absoluteFilePath();
   rememberFile(problemFile_, -1);
   origin_ = QFileInfo(path).fileName();
   setWindowTitle(QString::fromStdString(formats::problemWindowTitle(toPath(path))));
   status_->setText(statusText());
-  return true;
 }
 
 void MainWindow::showSolutionText() {
@@ -161,12 +167,8 @@ bool MainWindow::writeProblemFile(const QString& path) {
     QMessageBox::warning(this, QStringLiteral("Velkaro"), QStringLiteral("%1 cannot be written.").arg(path));
     return false;
   }
-  problemFile_ = QFileInfo(path).absoluteFilePath();
   document_.setModified(false);
-  rememberFile(problemFile_, -1);
-  origin_ = QFileInfo(path).fileName();
-  setWindowTitle(QString::fromStdString(formats::problemWindowTitle(toPath(path))));
-  status_->setText(statusText());
+  becomeProblemFile(path);
   return true;
 }
 
