@@ -7,7 +7,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <fstream>
 #include <memory>
 #include <set>
 #include <sstream>
@@ -20,25 +19,13 @@
 #include "generator/generator_job.h"
 #include "generator/list_writer.h"
 #include "solver/key_finder.h"
+#include "table_file.h"
 
 namespace velkaro::generator {
 
-// The lines of a table file, split at " | "; comments and blank lines left out.
 std::vector<std::vector<std::string>> readTable(const std::string& name) {
-  std::vector<std::vector<std::string>> rows;
-  std::ifstream file(std::string(VELKARO_TEST_DATA_DIR) + "/generator/" + name);
-  EXPECT_TRUE(file.good()) << name;
-  for (std::string line; std::getline(file, line);) {
-    if (line.empty() || line[0] == '#') continue;
-    std::vector<std::string> fields;
-    for (std::size_t at = 0;;) {
-      const std::size_t bar = line.find(" | ", at);
-      fields.push_back(line.substr(at, bar - at));
-      if (bar == std::string::npos) break;
-      at = bar + 3;
-    }
-    rows.push_back(fields);
-  }
+  auto rows = testing::readTable(std::string(VELKARO_TEST_DATA_DIR) + "/generator/" + name);
+  EXPECT_FALSE(rows.empty()) << name;
   return rows;
 }
 

@@ -17,6 +17,7 @@
 #include "placement/placement_job.h"
 #include "placement/report_writer.h"
 #include "plain_enumeration.h"
+#include "table_file.h"
 
 namespace velkaro::placement {
 namespace {
@@ -28,17 +29,8 @@ std::vector<std::string> readLines(const std::string& name) {
   return lines;
 }
 
-// The rows of a table file: comment lines begin with "#"; fields are split at "|".
 std::vector<std::vector<std::string>> readTable(const std::string& name) {
-  std::vector<std::vector<std::string>> rows;
-  for (const std::string& line : readLines(name)) {
-    if (line.empty() || line[0] == '#') continue;
-    std::vector<std::string> fields;
-    std::istringstream split(line);
-    for (std::string field; std::getline(split, field, '|');) fields.push_back(field);
-    rows.push_back(fields);
-  }
-  return rows;
+  return velkaro::testing::readTable(std::string(VELKARO_TEST_DATA_DIR) + "/placement/" + name);
 }
 
 // "kings queens rooks bishops knights pawns".

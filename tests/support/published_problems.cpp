@@ -2,22 +2,10 @@
 
 #include "published_problems.h"
 
-#include <fstream>
-#include <sstream>
-
 #include "formats/fen.h"
+#include "table_file.h"
 
 namespace velkaro::published {
-
-namespace {
-
-std::string trim(const std::string& text) {
-  const auto first = text.find_first_not_of(' ');
-  const auto last = text.find_last_not_of(' ');
-  return first == std::string::npos ? "" : text.substr(first, last - first + 1);
-}
-
-}  // namespace
 
 core::Stipulation Problem::stipulation() const {
   core::Stipulation stipulation;
@@ -38,12 +26,7 @@ core::BoardSetup Problem::setup() const {
 
 std::vector<Problem> readProblems(const std::string& path, const std::string& filter) {
   std::vector<Problem> problems;
-  std::ifstream file(path);
-  for (std::string line; std::getline(file, line);) {
-    if (line.empty() || line[0] == '#') continue;
-    std::vector<std::string> fields;
-    std::stringstream stream(line);
-    for (std::string field; std::getline(stream, field, '|');) fields.push_back(trim(field));
+  for (const std::vector<std::string>& fields : testing::readTable(path)) {
     if (fields.size() < 6) continue;
     Problem problem{fields[0], fields[1], fields[2], fields[3], fields[4], fields[5]};
     if (filter.empty() || problem.id.find(filter) != std::string::npos ||
