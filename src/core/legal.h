@@ -247,6 +247,38 @@ template <int Side, MoveTest Test>
   }
 }
 
+// Makes `move` at `ply` into frame ply + 1 when it is a legal move there, as
+// the legal-move iterator would have made it; false otherwise. Only the mover
+// is looked at, so a move remembered from elsewhere in the tree is tried
+// without going through the list before it. The ply's iterator must be
+// started afresh afterwards.
+template <int Side>
+bool makeMoveIfLegal(PlyStack& stack, int ply, const MoveRecord& move) {
+  PlyFrame& frame = stack[ply];
+  Position& next = (&frame)[1].position;
+  const int from = move.fromSquare;
+  const int code = frame.position.board[from];
+  if (code != move.movedPiece || code * Side <= 0) return false;
+  copyPositionToNextPly(frame);
+  frame.fromSquare = from;
+  frame.movedPiece = code;
+  next.board[from] = 0;
+  generatePieceMoves(frame, from, code, code == Side * piece::Pawn ? enPassantPawn(stack, ply) : -1);
+  for (const MoveEntry* entry = frame.moveList; entry->kind != kind::End; ++entry) {
+    if (entry->target != move.toSquare || entry->kind != move.moveKind) continue;
+    const unsigned lines = attackLinesAgainst<Side>(detail::kingSquareOf<Side>(frame.position), frame.position);
+    if (!detail::tryMove<Side, false, true>(frame, next, *entry, lines)) return false;
+    detail::updateCastlingRights<Side>(frame, next);
+    return true;
+  }
+  return false;
+}
+
+inline bool makeMoveIfLegal(PlyStack& stack, int ply, const MoveRecord& move) {
+  return stack.sideAt(ply) == White ? makeMoveIfLegal<White>(stack, ply, move)
+                                    : makeMoveIfLegal<Black>(stack, ply, move);
+}
+
 // How many legal moves `Side` has at `ply`: what the legal-move iterator
 // would hand out, without making most of them. When the king is not in
 // check, a man that stands on no line from its king along which an enemy man

@@ -206,11 +206,22 @@ void SolverJob::computeThreat() {
 // The first move of the side at `ply`, after `continuing` the search from the
 // move it made last, that mates: only checks can, so the checking-move
 // iterator offers the candidates. The mate is left made in frame ply + 1.
+// Below the plies whose moves make the key's lines, any mate will do: the
+// one that mated last at this ply is tried first.
 bool SolverJob::findMate(int ply, int continuing) {
+  const bool anyMate = ply >= 5 && !settings_.stipulation.helpmate;
+  core::MoveRecord& lastMate = killers_[static_cast<std::size_t>(ply)];
+  if (anyMate && continuing == 0 && lastMate.movedPiece != 0 && core::makeMoveIfLegal(stack_, ply, lastMate)) {
+    countTestedMove();
+    if (sideMated(ply + 1)) return true;
+  }
   while (core::nextCheckingMove(stack_, ply, continuing) < 0) {
     continuing = 1;
     countTestedMove();
-    if (!core::hasLegalMove(stack_, ply + 1, lastEscape_)) return true;
+    if (!core::hasLegalMove(stack_, ply + 1, lastEscape_)) {
+      if (anyMate) lastMate = core::moveOf(stack_[ply]);
+      return true;
+    }
     countTestedMove();
   }
   return false;
@@ -296,7 +307,10 @@ void SolverJob::rememberKiller(int ply) {
 bool SolverJob::killerDecides() {
   const int kind = killerPly(ply_);
   const core::MoveRecord killer = killers_[static_cast<std::size_t>(ply_)];
-  if (kind == 0 || killer.movedPiece == 0 || !makeKiller(ply_, killer)) return false;
+  if (kind == 0 || killer.movedPiece == 0 || !core::makeMoveIfLegal(stack_, ply_, killer)) {
+    return false;
+  }
+  countTestedMove();
   if (kind < 0) {
     if (findMate(ply_ + 1, 0)) return false;
     result_ = false;
@@ -307,19 +321,6 @@ bool SolverJob::killerDecides() {
   result_ = true;
   storeSuccess(ply_);
   return true;
-}
-
-// Makes `killer` at `ply` when it is a legal move there.
-bool SolverJob::makeKiller(int ply, const core::MoveRecord& killer) {
-  for (int continuing = 0; core::nextLegalMove(stack_, ply, continuing) < 0; continuing = 1) {
-    const PlyFrame& frame = stack_[ply];
-    if (frame.fromSquare == killer.fromSquare && frame.toSquare == killer.toSquare &&
-        frame.moveKind == killer.moveKind) {
-      countTestedMove();
-      return true;
-    }
-  }
-  return false;
 }
 
 // The defender at `ply` is mated now or after every defence; the answer goes

@@ -81,7 +81,7 @@ void SolverJob::beginDepth() {
 // listed, where every working reply is a line of its own.
 bool SolverJob::tableAt(int ply) const {
   if (settings_.stipulation.helpmate) return ply >= 2 && ply <= lastMovePly_;
-  if (ply >= lastMovePly_) return false;
+  if (ply >= lastMovePly_ - (settings_.stipulation.selfmate ? 0 : 1)) return false;
   return ply >= 4 || (ply == 3 && phase_ == Phase::Keys);
 }
 

@@ -86,7 +86,6 @@ class SolverJob : public jobs::Job {
   int killerPly(int ply) const;
   void rememberKiller(int ply);
   bool killerDecides();
-  bool makeKiller(int ply, const core::MoveRecord& killer);
   bool everyDefenceMated(int ply);
 
   // Helpmates.
@@ -132,6 +131,8 @@ class SolverJob : public jobs::Job {
   // The key of each ply's position, made when the ply is entered and used
   // again when what the ply proves is stored.
   std::array<TableKey, core::kPlyFrameCount> keys_{};
+  // Per ply: the killer move of the plies that use one, and the move that
+  // mated last at a direct mate's last ply.
   std::array<core::MoveRecord, core::kPlyFrameCount> killers_{};
   int lastEscape_ = -1;  // where a checked king last escaped to, tried first by the mate test
   // Per ply of a helpmate: whether a solution was found below the ply's
