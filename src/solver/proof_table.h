@@ -37,6 +37,10 @@ class ProofTable {
 
   enum class Proof { None, Failure, Success };
   Proof proved(const TableKey& key) const;
+  // Starts fetching the memory `proved` and `store` will read for `key`.
+  void prefetch(const TableKey& key) const {
+    if (buckets_ != nullptr) __builtin_prefetch(&bucketOf(key));
+  }
   void store(const TableKey& key, Proof proof);
 
  private:

@@ -92,6 +92,7 @@ class SolverJob : public jobs::Job {
   Outcome helpSearch();
   bool helpNextMove();
   bool helpNextMate();
+  void prefetchChildren();
   bool onlyKingMovesMayMate(int ply);
   static bool cannotLeadToMate(const core::PlyFrame& frame);
 
