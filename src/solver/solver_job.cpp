@@ -75,10 +75,12 @@ void SolverJob::beginDepth() {
   if (settings_.firstMove) computeThreat();
 }
 
-// A helpmate's table serves every ply from the second to the mate; a direct
-// mate's or selfmate's from the third (the first two make the key's lines) to
-// the one before the last move, but not the third while all second moves are
-// listed, where every working reply is a line of its own.
+// A helpmate's table serves every ply from the second to the mate. A
+// selfmate's serves the plies from the third (the first two make the key's
+// lines) to the one before the last move; a direct mate's stops before the
+// defender's last move, whose positions are many and answered by the mate
+// finder about as fast as by a lookup. Neither uses the third ply while all
+// second moves are listed, where every working reply is a line of its own.
 bool SolverJob::tableAt(int ply) const {
   if (settings_.stipulation.helpmate) return ply >= 2 && ply <= lastMovePly_;
   if (ply >= lastMovePly_ - (settings_.stipulation.selfmate ? 0 : 1)) return false;
