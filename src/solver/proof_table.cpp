@@ -69,7 +69,7 @@ TableKey tableKeyAt(const core::PlyStack& stack, int ply, int pliesLeft) {
   key.rest = static_cast<std::uint32_t>((stack.sideAt(ply) == core::White ? 0 : 1) |
                                         (position.whiteLongCastle ? 2 : 0) | (position.whiteShortCastle ? 4 : 0) |
                                         (position.blackLongCastle ? 8 : 0) | (position.blackShortCastle ? 16 : 0) |
-                                        ((enPassant + 1) << 5) | (pliesLeft << 12) |
+                                        ((enPassant + 1) << 5) | (pliesLeft << kPliesLeftShift) |
                                         (position.whiteKingSquare << 18) | (position.blackKingSquare << 24));
   return key;
 }
@@ -106,7 +106,9 @@ void ProofTable::reset(int megabytes) {
   }
 }
 
+// Every entry of one position, whatever its plies left, lies in one bucket.
 std::uint64_t ProofTable::hashOf(const std::uint64_t* squares, std::uint32_t rest) {
+  rest &= ~kPliesLeft;
   return mix(squares[0] ^ mix(squares[1] ^ mix(squares[2] ^ mix(squares[3] ^ rest))));
 }
 
@@ -133,10 +135,15 @@ void ProofTable::grow() {
   stores_ = 0;
 }
 
+// The entry is of the key's position and answers for its plies left: a
+// failure proved with at least as many, a success with at most as many.
 bool ProofTable::holds(const Entry& entry, const TableKey& key) const {
-  return current(entry) && entry.rest == key.rest && entry.squares[0] == key.squares[0] &&
-         entry.squares[1] == key.squares[1] && entry.squares[2] == key.squares[2] &&
-         entry.squares[3] == key.squares[3];
+  if (!current(entry) || (entry.rest & ~kPliesLeft) != (key.rest & ~kPliesLeft)) return false;
+  const std::uint32_t proved = entry.rest & kPliesLeft;
+  const std::uint32_t asked = key.rest & kPliesLeft;
+  if ((entry.stamp & kSuccess) != 0 ? proved > asked : proved < asked) return false;
+  return entry.squares[0] == key.squares[0] && entry.squares[1] == key.squares[1] &&
+         entry.squares[2] == key.squares[2] && entry.squares[3] == key.squares[3];
 }
 
 ProofTable::Proof ProofTable::proved(const TableKey& key) const {
@@ -151,9 +158,8 @@ ProofTable::Proof ProofTable::proved(const TableKey& key) const {
 void ProofTable::store(const TableKey& key, Proof proof) {
   if (buckets_ == nullptr || proof == Proof::None) return;
   Bucket& bucket = bucketOf(key);
-  const auto pliesLeft = [](std::uint32_t rest) { return (rest >> 12) & 63; };
   Entry* slot = &bucket.entries[0];
-  if (current(*slot) && pliesLeft(slot->rest) > pliesLeft(key.rest)) {
+  if (current(*slot) && (slot->rest & kPliesLeft) > (key.rest & kPliesLeft)) {
     // The deeper entry stays; the other two take the new one in turn.
     Entry& first = bucket.entries[1];
     Entry& second = bucket.entries[2];

@@ -1,10 +1,16 @@
 #pragma once
 // What a solving run has proved about positions it met on the way: here the
-// position (men, side to move, castling rights, en passant, plies left) holds
-// no solution, or the attacker cannot (or can) force mate. Many lines reach
-// the same position by different move orders; the search skips what is
-// already proved. Only proved results are kept, and positions are kept whole,
-// so two positions never share an entry.
+// position (men, side to move, castling rights, en passant) holds no solution
+// within so many plies, or the attacker cannot (or can) force mate within
+// them. Many lines reach the same position by different move orders; the
+// search skips what is already proved. Only proved results are kept, and
+// positions are kept whole, so two positions never share an entry.
+//
+// A mate on the way counts in every search, so a proof carries over to other
+// numbers of plies: what fails within n plies fails within fewer, and what
+// succeeds within n succeeds within more. A position met again with the same
+// side to move but a different number of plies left (kings stepping there and
+// back) is answered by an entry made for the other number.
 
 #include <cstddef>
 #include <cstdint>
@@ -21,6 +27,10 @@ struct TableKey {
   std::uint64_t squares[4] = {0, 0, 0, 0};
   std::uint32_t rest = 0;  // side, castling rights, en-passant square, plies left, king squares
 };
+
+// Where the plies left stand in TableKey::rest.
+constexpr int kPliesLeftShift = 12;
+constexpr std::uint32_t kPliesLeft = 63u << kPliesLeftShift;
 
 // The key of the position at `ply` with `pliesLeft` plies still to search.
 TableKey tableKeyAt(const core::PlyStack& stack, int ply, int pliesLeft);

@@ -89,12 +89,15 @@ bool SolverJob::tableAt(int ply) const {
 
 // Every ply looks itself up when it is entered, before it can prove
 // anything, and its position stays as it is until it is left: the key made
-// here serves its stores.
+// here serves its stores. A success proved deeper would answer the plies
+// that make a key's lines too, but they must make their moves (a variation
+// shows the reply and its mate mark): a success is taken where it is kept.
 ProofTable::Proof SolverJob::provedAt(int ply) {
   if (!tableAt(ply)) return ProofTable::Proof::None;
   TableKey& key = keys_[static_cast<std::size_t>(ply)];
   key = tableKeyAt(stack_, ply, lastMovePly_ + 1 - ply);
-  return table_.proved(key);
+  const ProofTable::Proof proof = table_.proved(key);
+  return proof == ProofTable::Proof::Success && ply < kFirstSuccessPly ? ProofTable::Proof::None : proof;
 }
 
 void SolverJob::storeFailure(int ply) {
@@ -105,7 +108,7 @@ void SolverJob::storeFailure(int ply) {
 // selfmate's success is kept; and only from the fifth ply on, below the plies
 // whose moves the lines under a key show with their mate marks.
 void SolverJob::storeSuccess(int ply) {
-  if (ply >= 5 && !settings_.stipulation.helpmate && tableAt(ply)) {
+  if (ply >= kFirstSuccessPly && !settings_.stipulation.helpmate && tableAt(ply)) {
     table_.store(keys_[static_cast<std::size_t>(ply)], ProofTable::Proof::Success);
   }
 }

@@ -97,6 +97,8 @@ class SolverJob : public jobs::Job {
   static bool cannotLeadToMate(const core::PlyFrame& frame);
 
   // The table of proved results: which plies may use it, and its use there.
+  // Successes are kept and taken from this ply on.
+  static constexpr int kFirstSuccessPly = 5;
   bool tableAt(int ply) const;
   ProofTable::Proof provedAt(int ply);
   void storeFailure(int ply);

@@ -1,0 +1,54 @@
+// What a proof answers for other numbers of plies left: a failure for as
+// many or fewer, a success for as many or more, and nothing for another
+// position or side to move.
+
+#include <gtest/gtest.h>
+
+#include "solver/proof_table.h"
+
+namespace velkaro::solver {
+namespace {
+
+using Proof = ProofTable::Proof;
+
+TableKey keyOf(std::uint64_t squares, std::uint32_t side, int pliesLeft) {
+  TableKey key;
+  key.squares[0] = squares;
+  key.squares[2] = ~squares;
+  key.rest = side | (static_cast<std::uint32_t>(pliesLeft) << kPliesLeftShift) | (60u << 18) | (4u << 24);
+  return key;
+}
+
+struct Case {
+  Proof stored;
+  int storedPlies;
+  std::uint64_t askedSquares;
+  std::uint32_t askedSide;
+  int askedPlies;
+  Proof answer;
+};
+
+constexpr std::uint64_t kSquares = 0x1234'5678'9abc'def0;
+
+TEST(ProofTable, AnswersForOtherPliesOnlyWhatFollows) {
+  const Case cases[] = {
+      {Proof::Failure, 5, kSquares, 0, 5, Proof::Failure},
+      {Proof::Failure, 5, kSquares, 0, 3, Proof::Failure},
+      {Proof::Failure, 5, kSquares, 0, 7, Proof::None},
+      {Proof::Success, 5, kSquares, 0, 5, Proof::Success},
+      {Proof::Success, 5, kSquares, 0, 7, Proof::Success},
+      {Proof::Success, 5, kSquares, 0, 3, Proof::None},
+      {Proof::Failure, 5, kSquares, 1, 5, Proof::None},
+      {Proof::Success, 5, kSquares ^ 1, 0, 7, Proof::None},
+  };
+  for (const Case& test : cases) {
+    ProofTable table;
+    table.reset(1);
+    table.store(keyOf(kSquares, 0, test.storedPlies), test.stored);
+    EXPECT_EQ(table.proved(keyOf(test.askedSquares, test.askedSide, test.askedPlies)), test.answer)
+        << "stored " << test.storedPlies << " plies, asked " << test.askedPlies;
+  }
+}
+
+}  // namespace
+}  // namespace velkaro::solver
