@@ -15,15 +15,10 @@
 #include "published_problems.h"
 #include "solver/key_finder.h"
 #include "solver/solver_job.h"
+#include "table_file.h"
 
 namespace velkaro::solver {
 namespace {
-
-std::string trim(const std::string& text) {
-  const auto first = text.find_first_not_of(' ');
-  const auto last = text.find_last_not_of(' ');
-  return first == std::string::npos ? "" : text.substr(first, last - first + 1);
-}
 
 // The published first moves: "key Ke8; ..." or "keys Rf4+, Qb1+; ..."; for a
 // helpmate the first move of each of its "N solutions: 1.X Y 2. ...; 1.Z ...".
@@ -39,7 +34,7 @@ std::multiset<std::string> publishedFirstMoves(const published::Problem& problem
   }
   const std::size_t start = text.find(' ') + 1;
   std::stringstream keys(text.substr(start, text.find(';') - start));
-  for (std::string key; std::getline(keys, key, ',');) moves.insert(trim(key));
+  for (std::string key; std::getline(keys, key, ',');) moves.insert(velkaro::testing::trim(key));
   return moves;
 }
 

@@ -7,15 +7,11 @@
 
 namespace velkaro::testing {
 
-namespace {
-
 std::string trim(const std::string& text) {
   const auto first = text.find_first_not_of(' ');
   const auto last = text.find_last_not_of(' ');
   return first == std::string::npos ? "" : text.substr(first, last - first + 1);
 }
-
-}  // namespace
 
 std::vector<std::vector<std::string>> readTable(const std::string& path) {
   std::vector<std::vector<std::string>> rows;

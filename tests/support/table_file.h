@@ -7,6 +7,9 @@
 
 namespace velkaro::testing {
 
+// `text` without the blanks at either end.
+std::string trim(const std::string& text);
+
 // The rows of the file at `path`; none when it cannot be read.
 std::vector<std::vector<std::string>> readTable(const std::string& path);
 
