@@ -20,6 +20,7 @@
 
 #include "counter/counting_job.h"
 #include "published_problems.h"
+#include "random_setup.h"
 #include "solver/report_writer.h"
 #include "solver/solver_job.h"
 
@@ -121,26 +122,7 @@ TEST(TableEquivalence, PublishedProblemsGiveTheSameText) {
   EXPECT_LT(withTable, withoutTable);
 }
 
-// A random legal set-up: both kings and a few men, no pawn on the first or
-// last rank; the set-up check refuses a side not to move in check.
-core::BoardSetup randomSetup(std::mt19937& random, int men) {
-  static constexpr int kMen[] = {core::piece::Queen, core::piece::Rook, core::piece::Bishop, core::piece::Knight,
-                                 core::piece::Pawn};
-  core::BoardSetup setup;
-  std::vector<int> squares(64);
-  for (int square = 0; square < 64; ++square) squares[static_cast<std::size_t>(square)] = square;
-  std::shuffle(squares.begin(), squares.end(), random);
-  setup.board[static_cast<std::size_t>(squares[0])] = core::piece::King;
-  setup.board[static_cast<std::size_t>(squares[1])] = -core::piece::King;
-  for (int i = 2; i < men; ++i) {
-    const int square = squares[static_cast<std::size_t>(i)];
-    int man = kMen[random() % 5];
-    if (man == core::piece::Pawn && (square < 8 || square >= 56)) man = core::piece::Knight;
-    setup.board[static_cast<std::size_t>(square)] = random() % 2 ? man : -man;
-  }
-  setup.sideToMove = random() % 2 ? core::White : core::Black;
-  return setup;
-}
+using testing::randomSetup;
 
 struct RandomCase {
   const char* stipulation;

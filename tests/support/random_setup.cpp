@@ -1,0 +1,27 @@
+#include "random_setup.h"
+
+#include <algorithm>
+#include <vector>
+
+namespace velkaro::testing {
+
+core::BoardSetup randomSetup(std::mt19937& random, int men) {
+  static constexpr int kMen[] = {core::piece::Queen, core::piece::Rook, core::piece::Bishop, core::piece::Knight,
+                                 core::piece::Pawn};
+  core::BoardSetup setup;
+  std::vector<int> squares(64);
+  for (int square = 0; square < 64; ++square) squares[static_cast<std::size_t>(square)] = square;
+  std::shuffle(squares.begin(), squares.end(), random);
+  setup.board[static_cast<std::size_t>(squares[0])] = core::piece::King;
+  setup.board[static_cast<std::size_t>(squares[1])] = -core::piece::King;
+  for (int i = 2; i < men; ++i) {
+    const int square = squares[static_cast<std::size_t>(i)];
+    int man = kMen[random() % 5];
+    if (man == core::piece::Pawn && (square < 8 || square >= 56)) man = core::piece::Knight;
+    setup.board[static_cast<std::size_t>(square)] = random() % 2 ? man : -man;
+  }
+  setup.sideToMove = random() % 2 ? core::White : core::Black;
+  return setup;
+}
+
+}  // namespace velkaro::testing

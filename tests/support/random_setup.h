@@ -1,0 +1,16 @@
+#pragma once
+// Random legal-looking set-ups for the tests that compare a quick answer with
+// a slow one over many positions.
+
+#include <random>
+
+#include "core/position.h"
+
+namespace velkaro::testing {
+
+// Both kings and `men` - 2 other men on distinct squares, no pawn on the first
+// or last rank, either side to move. The set-up check refuses those with the
+// side not to move in check; the caller skips them.
+core::BoardSetup randomSetup(std::mt19937& random, int men);
+
+}  // namespace velkaro::testing
