@@ -21,6 +21,9 @@ enum class MoveTest {
   Legal,     // own king not attacked; king square and castling rights kept up to date
   Plain,     // own king not attacked; the next frame's king square and rights untouched
   Checking,  // the enemy king attacked, then the own king not attacked
+  // As Legal, for the king's moves and the pawns' double steps only: the
+  // moves that can still matter when no other man's move could.
+  KingOrDoubleStep,
 };
 
 namespace detail {
@@ -153,6 +156,10 @@ template <int Side, MoveTest Test>
     if constexpr (Test == MoveTest::Checking) {
       if (!mayCheck<Side>(stack, ply, frame.position, code, square)) continue;
     }
+    if constexpr (Test == MoveTest::KingOrDoubleStep) {
+      constexpr int kPawnRow = Side == White ? 6 : 1;
+      if (code != Side * piece::King && !(code == Side * piece::Pawn && (square >> 3) == kPawnRow)) continue;
+    }
     frame.fromSquare = square;
     frame.movedPiece = code;
     next.board[square] = 0;
@@ -219,7 +226,7 @@ template <int Side, MoveTest Test>
     const MoveEntry entry = frame.moveList[frame.entryIndex];
     if (entry.kind == kind::End) {
       next.board[frame.fromSquare] = static_cast<std::int8_t>(frame.movedPiece);
-      if constexpr (Test == MoveTest::Legal) {
+      if constexpr (Test == MoveTest::Legal || Test == MoveTest::KingOrDoubleStep) {
         if (frame.movedPiece == Side * piece::King) {
           detail::kingSquareOf<Side>(next) = detail::kingSquareOf<Side>(frame.position);
         }
@@ -238,11 +245,15 @@ template <int Side, MoveTest Test>
         continue;
       }
     }
-    if (!detail::tryMove<Side, Test == MoveTest::Checking, Test == MoveTest::Legal>(frame, next, entry, kingLines,
-                                                                                    enemyKing)) {
+    if constexpr (Test == MoveTest::KingOrDoubleStep) {
+      const int step = entry.target - frame.fromSquare;
+      if (frame.movedPiece == Side * piece::Pawn && step != 16 && step != -16) continue;
+    }
+    constexpr bool kTracksKing = Test == MoveTest::Legal || Test == MoveTest::KingOrDoubleStep;
+    if (!detail::tryMove<Side, Test == MoveTest::Checking, kTracksKing>(frame, next, entry, kingLines, enemyKing)) {
       continue;
     }
-    if constexpr (Test == MoveTest::Legal) detail::updateCastlingRights<Side>(frame, next);
+    if constexpr (kTracksKing) detail::updateCastlingRights<Side>(frame, next);
     return -1;
   }
 }
@@ -333,6 +344,11 @@ inline int nextLegalMove(PlyStack& stack, int ply, int continuing) {
 inline int nextLegalMovePlain(PlyStack& stack, int ply, int continuing) {
   return stack.sideAt(ply) == White ? nextMove<White, MoveTest::Plain>(stack, ply, continuing)
                                     : nextMove<Black, MoveTest::Plain>(stack, ply, continuing);
+}
+
+inline int nextKingMoveOrDoubleStep(PlyStack& stack, int ply, int continuing) {
+  return stack.sideAt(ply) == White ? nextMove<White, MoveTest::KingOrDoubleStep>(stack, ply, continuing)
+                                    : nextMove<Black, MoveTest::KingOrDoubleStep>(stack, ply, continuing);
 }
 
 inline int nextCheckingMove(PlyStack& stack, int ply, int continuing) {

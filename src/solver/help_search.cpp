@@ -5,6 +5,7 @@
 // own plies, ends a shorter solution.
 
 #include "core/attacks.h"
+#include "core/flight_bound.h"
 #include "core/legal.h"
 #include "core/mate_test.h"
 #include "solver/solver_job.h"
@@ -46,18 +47,19 @@ SolverJob::Outcome SolverJob::helpSearch() {
 // solution goes on from the line just found.
 bool SolverJob::helpNextMove() {
   core::PlyFrame& frame = stack_[ply_];
-  if (core::nextLegalMove(stack_, ply_, frame.searchFlag) < 0) {
+  if (nextMoveAtHelpPly(frame.searchFlag) < 0) {
     countTestedMove();
     ++frame.searchFlag;
     if (ply_ == 1) newFirstMove();
-    if (frame.searchCount != 0 && cannotLeadToMate(frame)) return false;
     ++ply_;
     step_ = Step::Enter;
     return false;
   }
   // Mated at one of its own plies: the line so far is a shorter helpmate.
+  // A ply that tried only king moves and double steps has not seen the rest.
   const bool mated = frame.searchFlag == 0 && attackerPly(ply_) && ply_ > 2 &&
-                     core::inCheck(stack_.sideAt(ply_), frame.position);
+                     core::inCheck(stack_.sideAt(ply_), frame.position) &&
+                     (frame.searchCount == 0 || !core::hasLegalMove(stack_, ply_, lastEscape_));
   if (!mated && !solved_[static_cast<std::size_t>(ply_)]) storeFailure(ply_);
   --ply_;
   step_ = ply_ < startPly() ? Step::Done : Step::NextMove;
@@ -102,7 +104,7 @@ namespace velkaro::solver {
 // than making the ply's moves twice.
 void SolverJob::prefetchChildren() {
   if (!tableAt(ply_ + 1)) return;
-  for (int continuing = 0; core::nextLegalMove(stack_, ply_, continuing) < 0; continuing = 1) {
+  for (int continuing = 0; nextMoveAtHelpPly(continuing) < 0; continuing = 1) {
     table_.prefetch(tableKeyAt(stack_, ply_ + 1, lastMovePly_ - ply_));
   }
 }
@@ -113,15 +115,19 @@ void SolverJob::prefetchChildren() {
 // capture) can lead to mate.
 bool SolverJob::onlyKingMovesMayMate(int ply) {
   const core::Position& position = stack_[ply].position;
+  const bool enPassant = core::enPassantPawn(stack_, ply) >= 0;
   return stack_.sideAt(ply) == core::White
-             ? !core::canCheckWithAMove<core::Black>(position, position.whiteKingSquare)
-             : !core::canCheckWithAMove<core::White>(position, position.blackKingSquare);
+             ? !core::canCheckWithAMove<core::Black>(position, position.whiteKingSquare) ||
+                   !core::flightsMayAllBeCovered<core::White>(position, enPassant)
+             : !core::canCheckWithAMove<core::White>(position, position.blackKingSquare) ||
+                   !core::flightsMayAllBeCovered<core::Black>(position, enPassant);
 }
 
-bool SolverJob::cannotLeadToMate(const core::PlyFrame& frame) {
-  const int piece = frame.movedPiece < 0 ? -frame.movedPiece : frame.movedPiece;
-  const int step = frame.toSquare - frame.fromSquare;
-  return piece != core::piece::King && !(piece == core::piece::Pawn && (step == 16 || step == -16));
+// The ply's next move: when only king moves may lead to mate, only those
+// and the pawns' double steps.
+int SolverJob::nextMoveAtHelpPly(int continuing) {
+  return stack_[ply_].searchCount != 0 ? core::nextKingMoveOrDoubleStep(stack_, ply_, continuing)
+                                        : core::nextLegalMove(stack_, ply_, continuing);
 }
 
 }  // namespace velkaro::solver

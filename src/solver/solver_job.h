@@ -94,7 +94,7 @@ class SolverJob : public jobs::Job {
   bool helpNextMate();
   void prefetchChildren();
   bool onlyKingMovesMayMate(int ply);
-  static bool cannotLeadToMate(const core::PlyFrame& frame);
+  int nextMoveAtHelpPly(int continuing);
 
   // The table of proved results: which plies may use it, and its use there.
   // Successes are kept and taken from this ply on.
