@@ -1,8 +1,17 @@
 #pragma once
 // A mate needs every flight of the mated king covered. Before the last move of
-// the side to be mated, one of its moves and one reply must cover them all;
-// counting what two such moves can cover at most shows when no move but the
-// king's can lead to mate.
+// the side to be mated, its move and the mating reply must cover them all
+// between them; counting what two such moves can cover at most shows when a
+// move cannot lead to mate, without making it.
+//
+// The counts look at a king standing on a board with its own king lifted
+// off, so that a line through the square it left counts. A flight is a
+// square next to the king that holds no man of its own side and that the
+// opponent does not attack. The mating reply must check: its man bears on
+// the king from where it lands, or it leaves a line from the king to a line
+// piece of its side. It covers at most what that man attacks from there, and
+// the flights behind the square it leaves. Blockers on the far side are
+// ignored, so a count may allow a mate that cannot be, never the reverse.
 
 #include <bit>
 #include <cstdint>
@@ -15,8 +24,8 @@ namespace velkaro::core {
 
 namespace detail {
 
-// Whether the man `code` stands on direction `direction` (as in the attack
-// tests: even orthogonal, odd diagonal) and bears along it.
+// Whether the man `code` bears along direction `direction` (as in the attack
+// tests: even orthogonal, odd diagonal) for `side`.
 constexpr bool bearsAlong(int code, int side, int direction) {
   if (code == side * piece::Queen) return true;
   return code == side * (direction % 2 == 0 ? piece::Rook : piece::Bishop);
@@ -25,16 +34,41 @@ constexpr bool bearsAlong(int code, int side, int direction) {
 inline constexpr int kDirectionFileStep[8] = {-1, -1, 0, 1, 1, 1, 0, -1};
 inline constexpr int kDirectionRowStep[8] = {0, -1, -1, -1, 0, 1, 1, 1};
 
-// Whether the man on `square` could uncover a check of `side`'s line piece
+// The squares a line piece of `side` would attack once at most `men` men
+// between it and them had left.
+inline std::uint64_t linesWithLeaving(const Position& position, int side, int men) {
+  std::uint64_t squares = 0;
+  for (std::uint64_t pieces = side == White ? menOf<White>(position.board) : menOf<Black>(position.board);
+       pieces != 0; pieces &= pieces - 1) {
+    const int from = std::countr_zero(pieces);
+    const int code = position.board[static_cast<std::size_t>(from)];
+    for (int direction = 0; direction < 8; ++direction) {
+      if (!bearsAlong(code, side, direction)) continue;
+      int file = from & 7;
+      int row = from >> 3;
+      int passed = 0;
+      for (;;) {
+        file += kDirectionFileStep[direction];
+        row += kDirectionRowStep[direction];
+        if (!geometry::onBoard(file, row)) break;
+        const int at = 8 * row + file;
+        squares |= std::uint64_t{1} << at;
+        if (position.board[static_cast<std::size_t>(at)] != 0 && ++passed > men) break;
+      }
+    }
+  }
+  return squares;
+}
+
+// Whether the man on `square` could uncover a check by a line piece of `side`
 // on the king on `king` by leaving: it stands on a line from the king, with
-// such a piece further out and at most one other man on the line between
-// them (the other side's move may take one away).
-inline bool uncoversCheck(const Position& position, int side, int king, int square) {
+// such a piece further out and at most `others` other men on the line
+// between them.
+inline bool uncoversCheck(const Position& position, int side, int king, int square, int others) {
   const int direction = check_geometry::kLines[static_cast<std::size_t>(king)][static_cast<std::size_t>(square)];
   if (direction < 0) return false;
   int file = king & 7;
   int row = king >> 3;
-  int others = 0;
   bool passed = false;
   for (;;) {
     file += kDirectionFileStep[direction];
@@ -46,76 +80,70 @@ inline bool uncoversCheck(const Position& position, int side, int king, int squa
       passed = true;
     } else if (code != 0) {
       if (passed && bearsAlong(code, side, direction)) return true;
-      if (++others > 1) return false;
+      if (--others < 0) return false;
     }
   }
 }
 
-}  // namespace detail
-
-// Whether the king of `Side` could stand mated after a move of its own side
-// that does not move the king, followed by one move of the opponent. Its
-// flights are the squares next to it that hold no man of its own and that
-// the opponent does not attack (the king lifted off, so that a line through
-// its square counts). The own move can fill one of them and uncover lines
-// through the square it leaves; the reply, a check, covers what its man
-// attacks from where it lands and uncovers lines through the square it
-// leaves. An
-// en-passant capture (`enPassantPossible`) or castling moves a third man, so
-// then the answer is always yes. The count ignores blockers on the far side,
-// so a yes may be wrong, a no never is.
+// Which squares the opponent of `Side` attacks on one board, each tested
+// once when first asked.
 template <int Side>
-bool flightsMayAllBeCovered(const Position& position, bool enPassantPossible) {
-  constexpr int Opponent = -Side;
-  const int rights = Opponent == White ? position.whiteLongCastle | position.whiteShortCastle
-                                       : position.blackLongCastle | position.blackShortCastle;
-  if (enPassantPossible || rights != 0) return true;
-  const int king = Side == White ? position.whiteKingSquare : position.blackKingSquare;
-  Position lifted = position;
-  lifted.board[king] = 0;
+class AttackedSquares {
+ public:
+  explicit AttackedSquares(const Position& board) : board_(board) {}
+  bool operator()(int square) {
+    const std::uint64_t bit = std::uint64_t{1} << square;
+    if ((known_ & bit) == 0) {
+      known_ |= bit;
+      if (isAttackedByOpponentOf<Side>(square, board_) >= 0) attacked_ |= bit;
+    }
+    return (attacked_ & bit) != 0;
+  }
+
+ private:
+  const Position& board_;
+  std::uint64_t known_ = 0;
+  std::uint64_t attacked_ = 0;
+};
+
+// The flights of the king of `Side` standing on `king` (not on the board).
+template <int Side>
+std::uint64_t flightsOf(const Position& lifted, int king, AttackedSquares<Side>& attacked) {
   std::uint64_t flights = 0;
-  for (std::uint64_t around = check_geometry::kEmptyBoardAttacks[static_cast<std::size_t>(pieceSlot(piece::King))][static_cast<std::size_t>(king)]; around != 0;
-       around &= around - 1) {
+  for (std::uint64_t around = check_geometry::kEmptyBoardAttacks[static_cast<std::size_t>(pieceSlot(piece::King))]
+                                                                [static_cast<std::size_t>(king)];
+       around != 0; around &= around - 1) {
     const int square = std::countr_zero(around);
-    if (lifted.board[square] * Side > 0) continue;
-    if (isAttackedByOpponentOf<Side>(square, lifted) >= 0) continue;
+    if (lifted.board[square] * Side > 0 || attacked(square)) continue;
     flights |= std::uint64_t{1} << square;
   }
-  int uncovered = std::popcount(flights) - 1;  // the own move may fill one
+  return flights;
+}
+
+template <int Side>
+std::uint64_t flightsOf(const Position& lifted, int king) {
+  AttackedSquares<Side> attacked(lifted);
+  return flightsOf<Side>(lifted, king, attacked);
+}
+
+// Whether `uncovered` of the `flights` of the king of `Side` on `king` could
+// be covered by the opponent's checking reply, when `leaving` men in all
+// (the reply's and the own move's) may leave the lines from the flights and
+// from the king, and `opening` holds the squares such lines reach. Castling
+// is not counted; the caller allows for it.
+template <int Side>
+bool replyMayCover(const Position& lifted, int king, std::uint64_t flights, int uncovered, int leaving,
+                   std::uint64_t opening) {
+  constexpr int Opponent = -Side;
+  uncovered -= std::popcount(flights & opening);
   if (uncovered <= 0) return true;
-  // Flights behind at most two men (the two moves leave two squares) on a
-  // line of an opponent's line piece.
-  for (std::uint64_t rest = flights; rest != 0; rest &= rest - 1) {
-    const int flight = std::countr_zero(rest);
-    bool opens = false;
-    for (int direction = 0; direction < 8 && !opens; ++direction) {
-      int file = flight & 7;
-      int row = flight >> 3;
-      int men = 0;
-      for (;;) {
-        file += detail::kDirectionFileStep[direction];
-        row += detail::kDirectionRowStep[direction];
-        if (!geometry::onBoard(file, row)) break;
-        const int code = lifted.board[static_cast<std::size_t>(8 * row + file)];
-        if (code == 0) continue;
-        if (detail::bearsAlong(code, Opponent, direction)) {
-          opens = true;
-          break;
-        }
-        if (++men > 2) break;
-      }
-    }
-    if (opens && --uncovered <= 0) return true;
-  }
-  // The reply must check: its man bears on the king from where it lands, or
-  // it leaves a line from the king to a line piece of its side. What that man
-  // attacks from there is all it can add.
+  // What the checking man attacks from where it lands.
   const std::int8_t* board = lifted.board;
   for (std::uint64_t men = menOf<Opponent>(board); men != 0; men &= men - 1) {
     const int square = std::countr_zero(men);
     const int code = board[square];
     const auto slot = static_cast<std::size_t>(pieceSlot(code));
-    const bool discovers = detail::uncoversCheck(lifted, Opponent, king, square);
+    const bool discovers = uncoversCheck(lifted, Opponent, king, square, leaving - 1);
     if (!discovers && code == Opponent * piece::King) continue;
     const bool pawn = code == Opponent * piece::Pawn;
     for (std::uint64_t reach = check_geometry::kReach[slot][static_cast<std::size_t>(square)]; reach != 0;
@@ -123,11 +151,75 @@ bool flightsMayAllBeCovered(const Position& position, bool enPassantPossible) {
       const auto target = static_cast<std::size_t>(std::countr_zero(reach));
       std::uint64_t attacked = check_geometry::kEmptyBoardAttacks[slot][target];
       if (pawn && (target < 8 || target >= 56)) {
-        attacked |= check_geometry::kEmptyBoardAttacks[static_cast<std::size_t>(pieceSlot(Opponent * piece::Queen))][target] |
-                    check_geometry::kEmptyBoardAttacks[static_cast<std::size_t>(pieceSlot(Opponent * piece::Knight))][target];
+        attacked |=
+            check_geometry::kEmptyBoardAttacks[static_cast<std::size_t>(pieceSlot(Opponent * piece::Queen))][target] |
+            check_geometry::kEmptyBoardAttacks[static_cast<std::size_t>(pieceSlot(Opponent * piece::Knight))][target];
       }
       if (!discovers && ((attacked >> king) & 1) == 0) continue;
       if (std::popcount(attacked & flights) >= uncovered) return true;
+    }
+  }
+  return false;
+}
+
+template <int Side>
+bool opponentMayCastle(const Position& position) {
+  return (Side == White ? position.blackLongCastle | position.blackShortCastle
+                        : position.whiteLongCastle | position.whiteShortCastle) != 0;
+}
+
+}  // namespace detail
+
+// Whether the king of `Side` could stand mated after a move of its own side
+// that does not move the king, followed by one move of the opponent. The own
+// move can fill one flight and, with the reply, two men may leave the lines.
+// An en-passant capture (`enPassantPossible`) or castling moves a third man,
+// so then the answer is always yes.
+template <int Side>
+bool flightsMayAllBeCovered(const Position& position, bool enPassantPossible) {
+  if (enPassantPossible || detail::opponentMayCastle<Side>(position)) return true;
+  const int king = Side == White ? position.whiteKingSquare : position.blackKingSquare;
+  Position lifted = position;
+  lifted.board[king] = 0;
+  const std::uint64_t flights = detail::flightsOf<Side>(lifted, king);
+  constexpr int kFilled = 1;
+  constexpr int kLeaving = 2;
+  if (std::popcount(flights) <= kFilled) return true;
+  return detail::replyMayCover<Side>(lifted, king, flights, std::popcount(flights) - kFilled, kLeaving,
+                                     detail::linesWithLeaving(lifted, -Side, kLeaving));
+}
+
+// Whether the king of `Side` could stand mated after a step of its own to a
+// flight, followed by one move of the opponent. No own man fills a flight
+// then, and only the reply's man leaves a line. The flights around a square
+// the step takes a man on are judged with the man still there: no line of
+// the opponent runs through a square the king may step to, so the man only
+// adds attacks. Castling is a step too far to judge here, so the answer is
+// yes when either side may castle.
+template <int Side>
+bool kingStepsMayBeMated(const Position& position) {
+  if (detail::opponentMayCastle<Side>(position) || detail::opponentMayCastle<-Side>(position)) return true;
+  const int king = Side == White ? position.whiteKingSquare : position.blackKingSquare;
+  Position lifted = position;
+  lifted.board[king] = 0;
+  detail::AttackedSquares<Side> attacked(lifted);
+  const std::uint64_t steps = detail::flightsOf<Side>(lifted, king, attacked);
+  if (steps == 0) return true;  // no step: the search looks at whether it stands mated already
+  constexpr int kLeaving = 1;
+  const std::uint64_t opening = detail::linesWithLeaving(lifted, -Side, kLeaving);
+  for (std::uint64_t rest = steps; rest != 0; rest &= rest - 1) {
+    const int step = std::countr_zero(rest);
+    const std::uint64_t flights = detail::flightsOf<Side>(lifted, step, attacked);
+    if (lifted.board[step] == 0) {
+      if (detail::replyMayCover<Side>(lifted, step, flights, std::popcount(flights), kLeaving, opening)) return true;
+      continue;
+    }
+    // A line through the square taken may open when a man leaves it.
+    Position afterCapture = lifted;
+    afterCapture.board[step] = 0;
+    if (detail::replyMayCover<Side>(afterCapture, step, flights, std::popcount(flights), kLeaving,
+                                    detail::linesWithLeaving(afterCapture, -Side, kLeaving))) {
+      return true;
     }
   }
   return false;

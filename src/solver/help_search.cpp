@@ -24,8 +24,16 @@ SolverJob::Outcome SolverJob::helpSearch() {
           --ply_;
           step_ = ply_ < startPly() ? Step::Done : Step::NextMove;
         } else {
-          // Whether only king moves may lead on to mate from this ply.
-          stack_[ply_].searchCount = ply_ == lastMovePly_ - 1 && onlyKingMovesMayMate(ply_);
+          // Which moves may lead on to mate from this ply; when none can,
+          // the ply fails at once.
+          const LastMoves lastMoves = ply_ == lastMovePly_ - 1 ? lastMovesThatMayMate(ply_) : LastMoves::Any;
+          stack_[ply_].searchCount = lastMoves == LastMoves::KingOnly;
+          if (lastMoves == LastMoves::None) {
+            storeFailure(ply_);
+            --ply_;
+            step_ = ply_ < startPly() ? Step::Done : Step::NextMove;
+            break;
+          }
           if (ply_ < lastMovePly_) prefetchChildren();
           step_ = ply_ == lastMovePly_ ? Step::NextMate : Step::NextMove;
         }
@@ -109,18 +117,26 @@ void SolverJob::prefetchChildren() {
   }
 }
 
-// Before the last move of the side to be mated: when no man of the mating
-// side could check its king where it stands, whatever else moves, only a move
-// of the king itself or a pawn's double step (which may allow an en-passant
-// capture) can lead to mate.
-bool SolverJob::onlyKingMovesMayMate(int ply) {
+// Before the last move of the side to be mated, which of its moves may lead
+// to mate. When no man of the mating side could check its king where it
+// stands, whatever else moves, only a move of the king itself or a pawn's
+// double step (which may allow an en-passant capture) can. When its flights
+// are too many for a move of its own and the reply to cover, no move but
+// the king's can, and the king's steps only to where a reply may cover its
+// new flights.
+SolverJob::LastMoves SolverJob::lastMovesThatMayMate(int ply) {
   const core::Position& position = stack_[ply].position;
   const bool enPassant = core::enPassantPawn(stack_, ply) >= 0;
-  return stack_.sideAt(ply) == core::White
-             ? !core::canCheckWithAMove<core::Black>(position, position.whiteKingSquare) ||
-                   !core::flightsMayAllBeCovered<core::White>(position, enPassant)
-             : !core::canCheckWithAMove<core::White>(position, position.blackKingSquare) ||
-                   !core::flightsMayAllBeCovered<core::Black>(position, enPassant);
+  const bool white = stack_.sideAt(ply) == core::White;
+  if (white ? core::flightsMayAllBeCovered<core::White>(position, enPassant)
+            : core::flightsMayAllBeCovered<core::Black>(position, enPassant)) {
+    const bool mayCheck = white ? core::canCheckWithAMove<core::Black>(position, position.whiteKingSquare)
+                                : core::canCheckWithAMove<core::White>(position, position.blackKingSquare);
+    return mayCheck ? LastMoves::Any : LastMoves::KingOnly;
+  }
+  const bool kingMay = white ? core::kingStepsMayBeMated<core::White>(position)
+                             : core::kingStepsMayBeMated<core::Black>(position);
+  return kingMay ? LastMoves::KingOnly : LastMoves::None;
 }
 
 // The ply's next move: when only king moves may lead to mate, only those

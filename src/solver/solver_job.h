@@ -93,7 +93,8 @@ class SolverJob : public jobs::Job {
   bool helpNextMove();
   bool helpNextMate();
   void prefetchChildren();
-  bool onlyKingMovesMayMate(int ply);
+  enum class LastMoves { Any, KingOnly, None };
+  LastMoves lastMovesThatMayMate(int ply);
   int nextMoveAtHelpPly(int continuing);
 
   // The table of proved results: which plies may use it, and its use there.
