@@ -13,6 +13,7 @@
 // the flights behind the square it leaves. Blockers on the far side are
 // ignored, so a count may allow a mate that cannot be, never the reverse.
 
+#include <algorithm>
 #include <bit>
 #include <cstdint>
 
@@ -126,6 +127,50 @@ std::uint64_t flightsOf(const Position& lifted, int king) {
   return flightsOf<Side>(lifted, king, attacked);
 }
 
+// The most of `flights` that one man of the opponent of `Side` attacks after
+// `moves` (one or two) moves of its own, at least `enough` ending the count.
+// With `checking`, only the squares from which it bears on the king on
+// `king` count, unless it may uncover a check by leaving a line from the
+// king: a line piece of its side further out with at most `othersOnLine`
+// other men between, or any line at all when `linesMayForm`.
+template <int Side>
+int mostCovered(const Position& lifted, int king, std::uint64_t flights, int moves, bool checking, int othersOnLine,
+                bool linesMayForm, int enough) {
+  constexpr int Opponent = -Side;
+  const std::int8_t* board = lifted.board;
+  int most = 0;
+  for (std::uint64_t men = menOf<Opponent>(board); men != 0; men &= men - 1) {
+    const int square = std::countr_zero(men);
+    const int code = board[square];
+    const auto slot = static_cast<std::size_t>(pieceSlot(code));
+    const bool discovers =
+        checking && ((linesMayForm && check_geometry::kLines[static_cast<std::size_t>(king)]
+                                                            [static_cast<std::size_t>(square)] >= 0) ||
+                     uncoversCheck(lifted, Opponent, king, square, othersOnLine));
+    if (checking && !discovers && code == Opponent * piece::King) continue;
+    const bool pawn = code == Opponent * piece::Pawn;
+    std::uint64_t reach = check_geometry::kReach[slot][static_cast<std::size_t>(square)];
+    if (moves == 2) {
+      for (std::uint64_t first = reach; first != 0; first &= first - 1) {
+        reach |= check_geometry::kReach[slot][static_cast<std::size_t>(std::countr_zero(first))];
+      }
+    }
+    for (; reach != 0; reach &= reach - 1) {
+      const auto target = static_cast<std::size_t>(std::countr_zero(reach));
+      std::uint64_t attacked = check_geometry::kEmptyBoardAttacks[slot][target];
+      if (pawn && (target < 8 || target >= 56)) {
+        attacked |=
+            check_geometry::kEmptyBoardAttacks[static_cast<std::size_t>(pieceSlot(Opponent * piece::Queen))][target] |
+            check_geometry::kEmptyBoardAttacks[static_cast<std::size_t>(pieceSlot(Opponent * piece::Knight))][target];
+      }
+      if (checking && !discovers && ((attacked >> king) & 1) == 0) continue;
+      most = std::max(most, std::popcount(attacked & flights));
+      if (most >= enough) return most;
+    }
+  }
+  return most;
+}
+
 // Whether `uncovered` of the `flights` of the king of `Side` on `king` could
 // be covered by the opponent's checking reply, when `leaving` men in all
 // (the reply's and the own move's) may leave the lines from the flights and
@@ -134,32 +179,23 @@ std::uint64_t flightsOf(const Position& lifted, int king) {
 template <int Side>
 bool replyMayCover(const Position& lifted, int king, std::uint64_t flights, int uncovered, int leaving,
                    std::uint64_t opening) {
-  constexpr int Opponent = -Side;
+  uncovered -= std::popcount(flights & opening);
+  return uncovered <= 0 || mostCovered<Side>(lifted, king, flights, 1, true, leaving - 1, false, uncovered) >= uncovered;
+}
+
+// Whether `uncovered` of the `flights` could be covered by two moves of the
+// opponent, the second a check: the first man's cover from where it lands,
+// and the checking man's after one or two moves (the first move may be its
+// own, or may bring a line piece behind it).
+template <int Side>
+bool twoRepliesMayCover(const Position& lifted, int king, std::uint64_t flights, int uncovered, int leaving,
+                        std::uint64_t opening, bool linesMayForm) {
   uncovered -= std::popcount(flights & opening);
   if (uncovered <= 0) return true;
-  // What the checking man attacks from where it lands.
-  const std::int8_t* board = lifted.board;
-  for (std::uint64_t men = menOf<Opponent>(board); men != 0; men &= men - 1) {
-    const int square = std::countr_zero(men);
-    const int code = board[square];
-    const auto slot = static_cast<std::size_t>(pieceSlot(code));
-    const bool discovers = uncoversCheck(lifted, Opponent, king, square, leaving - 1);
-    if (!discovers && code == Opponent * piece::King) continue;
-    const bool pawn = code == Opponent * piece::Pawn;
-    for (std::uint64_t reach = check_geometry::kReach[slot][static_cast<std::size_t>(square)]; reach != 0;
-         reach &= reach - 1) {
-      const auto target = static_cast<std::size_t>(std::countr_zero(reach));
-      std::uint64_t attacked = check_geometry::kEmptyBoardAttacks[slot][target];
-      if (pawn && (target < 8 || target >= 56)) {
-        attacked |=
-            check_geometry::kEmptyBoardAttacks[static_cast<std::size_t>(pieceSlot(Opponent * piece::Queen))][target] |
-            check_geometry::kEmptyBoardAttacks[static_cast<std::size_t>(pieceSlot(Opponent * piece::Knight))][target];
-      }
-      if (!discovers && ((attacked >> king) & 1) == 0) continue;
-      if (std::popcount(attacked & flights) >= uncovered) return true;
-    }
-  }
-  return false;
+  const int first = mostCovered<Side>(lifted, king, flights, 1, false, 0, false, uncovered);
+  if (first >= uncovered) return true;
+  return mostCovered<Side>(lifted, king, flights, 2, true, leaving - 1, linesMayForm, uncovered - first) >=
+         uncovered - first;
 }
 
 template <int Side>
@@ -219,6 +255,68 @@ bool kingStepsMayBeMated(const Position& position) {
     afterCapture.board[step] = 0;
     if (detail::replyMayCover<Side>(afterCapture, step, flights, std::popcount(flights), kLeaving,
                                     detail::linesWithLeaving(afterCapture, -Side, kLeaving))) {
+      return true;
+    }
+  }
+  return false;
+}
+
+// Whether the king of `Side` could stand mated after a move of the
+// opponent, one of its own and one more of the opponent, the last a check.
+// Its own move either leaves the king where it is, filling one flight, or
+// steps it to a square next to it, any of the eight (the opponent's first
+// move may take a man there or clear an attack on it); three men, or two
+// after a step, may leave lines. An en-passant capture now, castling, or a
+// pawn of the opponent that may promote within two moves make the answer
+// yes.
+template <int Side>
+bool mayBeMatedAfterThreeMoves(const Position& position, bool enPassantPossible) {
+  constexpr int Opponent = -Side;
+  if (enPassantPossible || detail::opponentMayCastle<Side>(position) || detail::opponentMayCastle<-Side>(position)) {
+    return true;
+  }
+  const std::int8_t* board = position.board;
+  bool linesMayForm = false;
+  for (std::uint64_t men = menOf<Opponent>(board); men != 0; men &= men - 1) {
+    const int square = std::countr_zero(men);
+    const int code = board[square];
+    const int row = square >> 3;
+    if (code == Opponent * piece::Pawn && (Opponent == White ? row <= 2 : row >= 5)) return true;
+    if (code == Opponent * piece::Queen || code == Opponent * piece::Rook || code == Opponent * piece::Bishop) {
+      linesMayForm = true;
+    }
+  }
+  const int king = Side == White ? position.whiteKingSquare : position.blackKingSquare;
+  Position lifted = position;
+  lifted.board[king] = 0;
+  detail::AttackedSquares<Side> attacked(lifted);
+  {
+    constexpr int kFilled = 1;
+    constexpr int kLeaving = 3;
+    const std::uint64_t flights = detail::flightsOf<Side>(lifted, king, attacked);
+    if (detail::twoRepliesMayCover<Side>(lifted, king, flights, std::popcount(flights) - kFilled, kLeaving,
+                                         detail::linesWithLeaving(lifted, Opponent, kLeaving), linesMayForm)) {
+      return true;
+    }
+  }
+  constexpr int kLeaving = 2;
+  const std::uint64_t opening = detail::linesWithLeaving(lifted, Opponent, kLeaving);
+  for (std::uint64_t steps = check_geometry::kEmptyBoardAttacks[static_cast<std::size_t>(pieceSlot(piece::King))]
+                                                               [static_cast<std::size_t>(king)];
+       steps != 0; steps &= steps - 1) {
+    const int step = std::countr_zero(steps);
+    const std::uint64_t flights = detail::flightsOf<Side>(lifted, step, attacked);
+    if (lifted.board[step] == 0) {
+      if (detail::twoRepliesMayCover<Side>(lifted, step, flights, std::popcount(flights), kLeaving, opening,
+                                           linesMayForm)) {
+        return true;
+      }
+      continue;
+    }
+    Position emptied = lifted;
+    emptied.board[step] = 0;
+    if (detail::twoRepliesMayCover<Side>(emptied, step, flights, std::popcount(flights), kLeaving,
+                                         detail::linesWithLeaving(emptied, Opponent, kLeaving), linesMayForm)) {
       return true;
     }
   }

@@ -26,7 +26,9 @@ SolverJob::Outcome SolverJob::helpSearch() {
         } else {
           // Which moves may lead on to mate from this ply; when none can,
           // the ply fails at once.
-          const LastMoves lastMoves = ply_ == lastMovePly_ - 1 ? lastMovesThatMayMate(ply_) : LastMoves::Any;
+          const LastMoves lastMoves = ply_ == lastMovePly_ - 1   ? lastMovesThatMayMate(ply_)
+                                      : ply_ == lastMovePly_ - 2 ? lastThreeMovesMayMate(ply_)
+                                                                 : LastMoves::Any;
           stack_[ply_].searchCount = lastMoves == LastMoves::KingOnly;
           if (lastMoves == LastMoves::None) {
             storeFailure(ply_);
@@ -137,6 +139,16 @@ SolverJob::LastMoves SolverJob::lastMovesThatMayMate(int ply) {
   const bool kingMay = white ? core::kingStepsMayBeMated<core::White>(position)
                              : core::kingStepsMayBeMated<core::Black>(position);
   return kingMay ? LastMoves::KingOnly : LastMoves::None;
+}
+
+// Two plies earlier, on the mating side's move: whether its move, one of
+// the other side and its check may leave that side mated.
+SolverJob::LastMoves SolverJob::lastThreeMovesMayMate(int ply) {
+  const core::Position& position = stack_[ply].position;
+  const bool enPassant = core::enPassantPawn(stack_, ply) >= 0;
+  const bool may = stack_.sideAt(ply) == core::White ? core::mayBeMatedAfterThreeMoves<core::Black>(position, enPassant)
+                                                     : core::mayBeMatedAfterThreeMoves<core::White>(position, enPassant);
+  return may ? LastMoves::Any : LastMoves::None;
 }
 
 // The ply's next move: when only king moves may lead to mate, only those

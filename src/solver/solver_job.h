@@ -95,6 +95,7 @@ class SolverJob : public jobs::Job {
   void prefetchChildren();
   enum class LastMoves { Any, KingOnly, None };
   LastMoves lastMovesThatMayMate(int ply);
+  LastMoves lastThreeMovesMayMate(int ply);
   int nextMoveAtHelpPly(int continuing);
 
   // The table of proved results: which plies may use it, and its use there.

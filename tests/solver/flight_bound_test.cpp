@@ -1,7 +1,8 @@
-// The flight counts before the last move of the side to be mated may rule out
-// every move but the king's, and the king's steps too. Wherever they do, no
-// such move followed by any reply may mate: all of them are tried, in many
-// random positions and in a table of mates that once were ruled out.
+// The flight counts of a helpmate's last moves may rule out every move of the
+// side to be mated but the king's, the king's steps too, or, a ply earlier,
+// every line at all. Wherever they do, no such line may end in mate: all of
+// them are tried, in many random positions and in a table of mates that
+// once were ruled out.
 
 #include <gtest/gtest.h>
 
@@ -20,57 +21,107 @@
 namespace velkaro {
 namespace {
 
+// The sanitizer build runs some ten times slower: it tries a tenth of the
+// random positions.
+#ifdef NDEBUG
+constexpr int kShare = 1;
+#else
+constexpr int kShare = 10;
+#endif
+
 class NoMessages : public core::MessageSink {
  public:
   void showMessage(std::string_view, std::string_view) override {}
 };
 
-// Whether a move of the side at ply 1 (a king move or another man's, as
-// asked), then some reply, mates it.
-bool someMoveLetsItBeMated(core::PlyStack& stack, bool kingMoves) {
-  const int king = stack.sideAt(1) * core::piece::King;
+bool matedAt(core::PlyStack& stack, int ply) {
   int lastEscape = -1;
+  return core::inCheck(stack.sideAt(ply), stack[ply].position) && !core::hasLegalMove(stack, ply, lastEscape);
+}
+
+// Whether a move at ply 1 that does (or does not) move the king, then some
+// reply, mates the side moving at ply 1.
+bool mateAfterTwo(core::PlyStack& stack, bool kingMoves) {
+  const int king = stack.sideAt(1) * core::piece::King;
   for (int first = 0; core::nextLegalMove(stack, 1, first) < 0; first = 1) {
     if ((stack[1].movedPiece == king) != kingMoves) continue;
     for (int reply = 0; core::nextLegalMove(stack, 2, reply) < 0; reply = 1) {
-      if (core::inCheck(stack.sideAt(3), stack[3].position) && !core::hasLegalMove(stack, 3, lastEscape)) return true;
+      if (matedAt(stack, 3)) return true;
+    }
+  }
+  return false;
+}
+
+// Whether a move at ply 1 mates the other side, or some line of three moves
+// does.
+bool mateWithinThree(core::PlyStack& stack) {
+  for (int first = 0; core::nextLegalMove(stack, 1, first) < 0; first = 1) {
+    if (matedAt(stack, 2)) return true;
+    for (int second = 0; core::nextLegalMove(stack, 2, second) < 0; second = 1) {
+      for (int third = 0; core::nextLegalMove(stack, 3, third) < 0; third = 1) {
+        if (matedAt(stack, 4)) return true;
+      }
     }
   }
   return false;
 }
 
 template <int Side>
-bool mayBeMated(const core::Position& position, bool kingMoves) {
-  return kingMoves ? core::kingStepsMayBeMated<Side>(position) : core::flightsMayAllBeCovered<Side>(position, false);
+bool mayBeMated(const core::Position& position, const std::string& moves) {
+  if (moves == "king") return core::kingStepsMayBeMated<Side>(position);
+  if (moves == "other") return core::flightsMayAllBeCovered<Side>(position, false);
+  return core::mayBeMatedAfterThreeMoves<-Side>(position, false);
 }
 
-TEST(FlightBound, NeverRulesOutAMoveThatLetsTheKingBeMated) {
-  std::mt19937 random(20261124);
+// What a count allows and what trying every line finds, for the side moving
+// at ply 1 ("king", "other") or the one after it ("three").
+bool countAllows(const core::PlyStack& stack, const std::string& moves) {
+  return stack.sideAt(1) == core::White ? mayBeMated<core::White>(stack[1].position, moves)
+                                        : mayBeMated<core::Black>(stack[1].position, moves);
+}
+
+bool mateFound(core::PlyStack& stack, const std::string& moves) {
+  return moves == "three" ? mateWithinThree(stack) : mateAfterTwo(stack, moves == "king");
+}
+
+struct RandomCase {
+  const char* moves;
+  int positions;
+  int minMen;
+  int moreMen;
+};
+
+constexpr RandomCase kRandomCases[] = {
+    {"other", 20000, 8, 12},
+    {"king", 20000, 8, 12},
+    {"three", 3000, 5, 8},
+};
+
+TEST(FlightBound, NeverRulesOutALineThatMates) {
   NoMessages messages;
-  int ruledOut[2] = {};
-  int mated[2] = {};
-  for (int i = 0; i < 20000; ++i) {
-    const core::BoardSetup setup = testing::randomSetup(random, 8 + static_cast<int>(random() % 12));
-    core::PlyStack stack;
-    if (core::validatePosition(setup, stack, messages) != 0) continue;
-    core::setUpRoot(stack, setup);
-    for (const bool kingMoves : {false, true}) {
-      const bool may = stack.sideAt(1) == core::White ? mayBeMated<core::White>(stack[1].position, kingMoves)
-                                                      : mayBeMated<core::Black>(stack[1].position, kingMoves);
-      const bool mates = someMoveLetsItBeMated(stack, kingMoves);
-      ruledOut[kingMoves] += !may;
-      mated[kingMoves] += mates;
-      EXPECT_TRUE(may || !mates) << "position " << i << (kingMoves ? ", king moves" : ", other moves");
+  for (const RandomCase& test : kRandomCases) {
+    std::mt19937 random(20261124);
+    int ruledOut = 0;
+    int mated = 0;
+    for (int i = 0; i < test.positions / kShare; ++i) {
+      const auto men = test.minMen + static_cast<int>(random() % static_cast<unsigned>(test.moreMen));
+      const core::BoardSetup setup = testing::randomSetup(random, men);
+      core::PlyStack stack;
+      if (core::validatePosition(setup, stack, messages) != 0) continue;
+      core::setUpRoot(stack, setup);
+      const bool may = countAllows(stack, test.moves);
+      const bool mates = mateFound(stack, test.moves);
+      ruledOut += !may;
+      mated += mates;
+      EXPECT_TRUE(may || !mates) << test.moves << ", position " << i;
     }
-  }
-  // Both answers come up often enough for the comparison to mean something.
-  for (const bool kingMoves : {false, true}) {
-    EXPECT_GT(ruledOut[kingMoves], 500);
-    EXPECT_GT(mated[kingMoves], 100);
+    // Both answers come up often enough for the comparison to mean something.
+    EXPECT_GT(ruledOut, test.positions / kShare / 40) << test.moves;
+    EXPECT_GT(mated, test.positions / kShare / 200) << test.moves;
   }
 }
 
-TEST(FlightBound, AllowsTheMovesOfKnownMates) {
+TEST(FlightBound, AllowsTheLinesOfKnownMates) {
   const auto rows = testing::readTable(VELKARO_TEST_DATA_DIR "/flight_bound.txt");
   ASSERT_FALSE(rows.empty());
   NoMessages messages;
@@ -82,11 +133,8 @@ TEST(FlightBound, AllowsTheMovesOfKnownMates) {
     core::PlyStack stack;
     ASSERT_EQ(core::validatePosition(*setup, stack, messages), 0) << row[0];
     core::setUpRoot(stack, *setup);
-    const bool kingMoves = row[1] == "king";
-    EXPECT_TRUE(someMoveLetsItBeMated(stack, kingMoves)) << row[0];
-    EXPECT_TRUE(stack.sideAt(1) == core::White ? mayBeMated<core::White>(stack[1].position, kingMoves)
-                                               : mayBeMated<core::Black>(stack[1].position, kingMoves))
-        << row[0] << ": " << row[2];
+    EXPECT_TRUE(mateFound(stack, row[1])) << row[0];
+    EXPECT_TRUE(countAllows(stack, row[1])) << row[0] << ": " << row[2];
   }
 }
 
