@@ -6,7 +6,8 @@ random legal positions, with and without --second-moves, --min-moves and
 what the reference build finds.
 
   compare_with_reference.py REF_CLI NEW_CLI [--random N] [--seed S]
-                            [--problems FILE] [--timeout SECONDS]
+                            [--crowded-helpmates N] [--problems FILE]
+                            [--timeout SECONDS]
 """
 
 import argparse
@@ -27,11 +28,11 @@ def run(cli, args, timeout):
     return done.returncode, done.stdout
 
 
-def random_fen(rng):
-    """Both kings and a few men of each side on distinct squares, pawns kept
-    off the first and last ranks; the set-up check of the CLI refuses the
-    rest (a side not to move in check)."""
-    squares = rng.sample(range(64), 2 + rng.randint(1, 7))
+def random_fen(rng, men=None):
+    """Both kings and a few men of each side on distinct squares (`men` in
+    all when given), pawns kept off the first and last ranks; the set-up check
+    of the CLI refuses the rest (a side not to move in check)."""
+    squares = rng.sample(range(64), men or 2 + rng.randint(1, 7))
     board = [""] * 64
     board[squares[0]], board[squares[1]] = "K", "k"
     for square in squares[2:]:
@@ -93,6 +94,8 @@ def main():
     parser.add_argument("ref")
     parser.add_argument("new")
     parser.add_argument("--random", type=int, default=200)
+    parser.add_argument("--crowded-helpmates", type=int, default=0,
+                        help="random positions of 6 to 14 men set as H#2 or H#3, where short mates abound")
     parser.add_argument("--seed", type=int, default=1)
     parser.add_argument("--problems", default="")
     parser.add_argument("--timeout", type=float, default=60)
@@ -107,6 +110,8 @@ def main():
         fen = random_fen(rng)
         cases += cases_for(options.ref, fen, rng.choice(STIPULATIONS), rng)
         cases.append(["count", "--fen", fen, "--depth", str(rng.randint(2, 4))])
+    for _ in range(options.crowded_helpmates):
+        cases.append(["solve", "--fen", random_fen(rng, rng.randint(6, 14)), "--stip", rng.choice(["H#2", "H#3"])])
 
     compared = differing = skipped = 0
     for case in cases:
