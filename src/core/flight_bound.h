@@ -1,8 +1,8 @@
 #pragma once
-// A mate needs every flight of the mated king covered. Before the last move of
-// the side to be mated, its move and the mating reply must cover them all
-// between them; counting what two such moves can cover at most shows when a
-// move cannot lead to mate, without making it.
+// A mate needs every flight of the mated king covered. The last moves of a
+// helpmate must cover them all between them: counting what those moves can
+// cover at most shows when a move, or a whole position, cannot lead to mate,
+// without making any move.
 //
 // The counts look at a king standing on a board with its own king lifted
 // off, so that a line through the square it left counts. A flight is a
