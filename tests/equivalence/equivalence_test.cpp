@@ -27,14 +27,9 @@
 namespace velkaro {
 namespace {
 
-// The sanitizer build runs some ten times slower: it takes a tenth of the
-// random positions and only the quicker deep problems.
-#ifdef NDEBUG
-constexpr int kShare = 1;
-#else
-constexpr int kShare = 10;
-#endif
-
+// The sanitizer build takes a tenth of the random positions and only the
+// quicker deep problems.
+constexpr int kShare = testing::kRandomShare;
 
 // Keeps the records of a run; asks for a stop at every tick when told to.
 class Recorder : public jobs::ProgressSink, public solver::RecordSink, public core::MessageSink {

@@ -21,14 +21,6 @@
 namespace velkaro {
 namespace {
 
-// The sanitizer build runs some ten times slower: it tries a tenth of the
-// random positions.
-#ifdef NDEBUG
-constexpr int kShare = 1;
-#else
-constexpr int kShare = 10;
-#endif
-
 class NoMessages : public core::MessageSink {
  public:
   void showMessage(std::string_view, std::string_view) override {}
@@ -103,7 +95,7 @@ TEST(FlightBound, NeverRulesOutALineThatMates) {
     std::mt19937 random(20261124);
     int ruledOut = 0;
     int mated = 0;
-    for (int i = 0; i < test.positions / kShare; ++i) {
+    for (int i = 0; i < test.positions / testing::kRandomShare; ++i) {
       const auto men = test.minMen + static_cast<int>(random() % static_cast<unsigned>(test.moreMen));
       const core::BoardSetup setup = testing::randomSetup(random, men);
       core::PlyStack stack;
@@ -116,8 +108,8 @@ TEST(FlightBound, NeverRulesOutALineThatMates) {
       EXPECT_TRUE(may || !mates) << test.moves << ", position " << i;
     }
     // Both answers come up often enough for the comparison to mean something.
-    EXPECT_GT(ruledOut, test.positions / kShare / 40) << test.moves;
-    EXPECT_GT(mated, test.positions / kShare / 200) << test.moves;
+    EXPECT_GT(ruledOut, test.positions / testing::kRandomShare / 40) << test.moves;
+    EXPECT_GT(mated, test.positions / testing::kRandomShare / 200) << test.moves;
   }
 }
 

@@ -8,6 +8,14 @@
 
 namespace velkaro::testing {
 
+// The sanitizer build runs some ten times slower: tests that try many random
+// positions take this share of them (one in kRandomShare).
+#ifdef NDEBUG
+inline constexpr int kRandomShare = 1;
+#else
+inline constexpr int kRandomShare = 10;
+#endif
+
 // Both kings and `men` - 2 other men on distinct squares, no pawn on the first
 // or last rank, either side to move. The set-up check refuses those with the
 // side not to move in check; the caller skips them.
