@@ -86,45 +86,26 @@ inline bool uncoversCheck(const Position& position, int side, int king, int squa
   }
 }
 
-// Which squares the opponent of `Side` attacks on one board, each tested
-// once when first asked.
+// The squares the king of `Side` cannot step to on `lifted`: those of its
+// own men and those the opponent attacks.
 template <int Side>
-class AttackedSquares {
- public:
-  explicit AttackedSquares(const Position& board) : board_(board) {}
-  bool operator()(int square) {
-    const std::uint64_t bit = std::uint64_t{1} << square;
-    if ((known_ & bit) == 0) {
-      known_ |= bit;
-      if (isAttackedByOpponentOf<Side>(square, board_) >= 0) attacked_ |= bit;
-    }
-    return (attacked_ & bit) != 0;
+std::uint64_t closedSquares(const Position& lifted) {
+  std::uint64_t closed = menOf<Side>(lifted.board) | linesWithLeaving(lifted, -Side, 0);
+  for (std::uint64_t men = menOf<-Side>(lifted.board); men != 0; men &= men - 1) {
+    const int square = std::countr_zero(men);
+    const int code = lifted.board[square];
+    if (code == -Side * piece::Queen || code == -Side * piece::Rook || code == -Side * piece::Bishop) continue;
+    closed |= check_geometry::kEmptyBoardAttacks[static_cast<std::size_t>(pieceSlot(code))]
+                                                [static_cast<std::size_t>(square)];
   }
-
- private:
-  const Position& board_;
-  std::uint64_t known_ = 0;
-  std::uint64_t attacked_ = 0;
-};
-
-// The flights of the king of `Side` standing on `king` (not on the board).
-template <int Side>
-std::uint64_t flightsOf(const Position& lifted, int king, AttackedSquares<Side>& attacked) {
-  std::uint64_t flights = 0;
-  for (std::uint64_t around = check_geometry::kEmptyBoardAttacks[static_cast<std::size_t>(pieceSlot(piece::King))]
-                                                                [static_cast<std::size_t>(king)];
-       around != 0; around &= around - 1) {
-    const int square = std::countr_zero(around);
-    if (lifted.board[square] * Side > 0 || attacked(square)) continue;
-    flights |= std::uint64_t{1} << square;
-  }
-  return flights;
+  return closed;
 }
 
-template <int Side>
-std::uint64_t flightsOf(const Position& lifted, int king) {
-  AttackedSquares<Side> attacked(lifted);
-  return flightsOf<Side>(lifted, king, attacked);
+// The flights of a king standing on `king`, given the closed squares.
+inline std::uint64_t flightsOf(int king, std::uint64_t closed) {
+  return check_geometry::kEmptyBoardAttacks[static_cast<std::size_t>(pieceSlot(piece::King))]
+                                           [static_cast<std::size_t>(king)] &
+         ~closed;
 }
 
 // The most of `flights` that one man of the opponent of `Side` attacks after
@@ -217,7 +198,7 @@ bool flightsMayAllBeCovered(const Position& position, bool enPassantPossible) {
   const int king = Side == White ? position.whiteKingSquare : position.blackKingSquare;
   Position lifted = position;
   lifted.board[king] = 0;
-  const std::uint64_t flights = detail::flightsOf<Side>(lifted, king);
+  const std::uint64_t flights = detail::flightsOf(king, detail::closedSquares<Side>(lifted));
   constexpr int kFilled = 1;
   constexpr int kLeaving = 2;
   if (std::popcount(flights) <= kFilled) return true;
@@ -238,14 +219,14 @@ bool kingStepsMayBeMated(const Position& position) {
   const int king = Side == White ? position.whiteKingSquare : position.blackKingSquare;
   Position lifted = position;
   lifted.board[king] = 0;
-  detail::AttackedSquares<Side> attacked(lifted);
-  const std::uint64_t steps = detail::flightsOf<Side>(lifted, king, attacked);
+  const std::uint64_t closed = detail::closedSquares<Side>(lifted);
+  const std::uint64_t steps = detail::flightsOf(king, closed);
   if (steps == 0) return true;  // no step: the search looks at whether it stands mated already
   constexpr int kLeaving = 1;
   const std::uint64_t opening = detail::linesWithLeaving(lifted, -Side, kLeaving);
   for (std::uint64_t rest = steps; rest != 0; rest &= rest - 1) {
     const int step = std::countr_zero(rest);
-    const std::uint64_t flights = detail::flightsOf<Side>(lifted, step, attacked);
+    const std::uint64_t flights = detail::flightsOf(step, closed);
     if (lifted.board[step] == 0) {
       if (detail::replyMayCover<Side>(lifted, step, flights, std::popcount(flights), kLeaving, opening)) return true;
       continue;
@@ -289,11 +270,11 @@ bool mayBeMatedAfterThreeMoves(const Position& position, bool enPassantPossible)
   const int king = Side == White ? position.whiteKingSquare : position.blackKingSquare;
   Position lifted = position;
   lifted.board[king] = 0;
-  detail::AttackedSquares<Side> attacked(lifted);
+  const std::uint64_t closed = detail::closedSquares<Side>(lifted);
   {
     constexpr int kFilled = 1;
     constexpr int kLeaving = 3;
-    const std::uint64_t flights = detail::flightsOf<Side>(lifted, king, attacked);
+    const std::uint64_t flights = detail::flightsOf(king, closed);
     if (detail::twoRepliesMayCover<Side>(lifted, king, flights, std::popcount(flights) - kFilled, kLeaving,
                                          detail::linesWithLeaving(lifted, Opponent, kLeaving), linesMayForm)) {
       return true;
@@ -305,7 +286,7 @@ bool mayBeMatedAfterThreeMoves(const Position& position, bool enPassantPossible)
                                                                [static_cast<std::size_t>(king)];
        steps != 0; steps &= steps - 1) {
     const int step = std::countr_zero(steps);
-    const std::uint64_t flights = detail::flightsOf<Side>(lifted, step, attacked);
+    const std::uint64_t flights = detail::flightsOf(step, closed);
     if (lifted.board[step] == 0) {
       if (detail::twoRepliesMayCover<Side>(lifted, step, flights, std::popcount(flights), kLeaving, opening,
                                            linesMayForm)) {
