@@ -145,7 +145,7 @@ int mostCovered(const Position& lifted, int king, std::uint64_t flights, int mov
             check_geometry::kEmptyBoardAttacks[static_cast<std::size_t>(pieceSlot(Opponent * piece::Knight))][target];
       }
       if (checking && !discovers && ((attacked >> king) & 1) == 0) continue;
-      most = std::max(most, std::popcount(attacked & flights));
+      most = std::max(most, geometry::countOf(attacked & flights));
       if (most >= enough) return most;
     }
   }
@@ -160,7 +160,7 @@ int mostCovered(const Position& lifted, int king, std::uint64_t flights, int mov
 template <int Side>
 bool replyMayCover(const Position& lifted, int king, std::uint64_t flights, int uncovered, int leaving,
                    std::uint64_t opening) {
-  uncovered -= std::popcount(flights & opening);
+  uncovered -= geometry::countOf(flights & opening);
   return uncovered <= 0 || mostCovered<Side>(lifted, king, flights, 1, true, leaving - 1, false, uncovered) >= uncovered;
 }
 
@@ -171,7 +171,7 @@ bool replyMayCover(const Position& lifted, int king, std::uint64_t flights, int 
 template <int Side>
 bool twoRepliesMayCover(const Position& lifted, int king, std::uint64_t flights, int uncovered, int leaving,
                         std::uint64_t opening, bool linesMayForm) {
-  uncovered -= std::popcount(flights & opening);
+  uncovered -= geometry::countOf(flights & opening);
   if (uncovered <= 0) return true;
   const int first = mostCovered<Side>(lifted, king, flights, 1, false, 0, false, uncovered);
   if (first >= uncovered) return true;
@@ -201,8 +201,8 @@ bool flightsMayAllBeCovered(const Position& position, bool enPassantPossible) {
   const std::uint64_t flights = detail::flightsOf(king, detail::closedSquares<Side>(lifted));
   constexpr int kFilled = 1;
   constexpr int kLeaving = 2;
-  if (std::popcount(flights) <= kFilled) return true;
-  return detail::replyMayCover<Side>(lifted, king, flights, std::popcount(flights) - kFilled, kLeaving,
+  if (geometry::countOf(flights) <= kFilled) return true;
+  return detail::replyMayCover<Side>(lifted, king, flights, geometry::countOf(flights) - kFilled, kLeaving,
                                      detail::linesWithLeaving(lifted, -Side, kLeaving));
 }
 
@@ -228,13 +228,13 @@ bool kingStepsMayBeMated(const Position& position) {
     const int step = std::countr_zero(rest);
     const std::uint64_t flights = detail::flightsOf(step, closed);
     if (lifted.board[step] == 0) {
-      if (detail::replyMayCover<Side>(lifted, step, flights, std::popcount(flights), kLeaving, opening)) return true;
+      if (detail::replyMayCover<Side>(lifted, step, flights, geometry::countOf(flights), kLeaving, opening)) return true;
       continue;
     }
     // A line through the square taken may open when a man leaves it.
     Position afterCapture = lifted;
     afterCapture.board[step] = 0;
-    if (detail::replyMayCover<Side>(afterCapture, step, flights, std::popcount(flights), kLeaving,
+    if (detail::replyMayCover<Side>(afterCapture, step, flights, geometry::countOf(flights), kLeaving,
                                     detail::linesWithLeaving(afterCapture, -Side, kLeaving))) {
       return true;
     }
@@ -275,7 +275,7 @@ bool mayBeMatedAfterThreeMoves(const Position& position, bool enPassantPossible)
     constexpr int kFilled = 1;
     constexpr int kLeaving = 3;
     const std::uint64_t flights = detail::flightsOf(king, closed);
-    if (detail::twoRepliesMayCover<Side>(lifted, king, flights, std::popcount(flights) - kFilled, kLeaving,
+    if (detail::twoRepliesMayCover<Side>(lifted, king, flights, geometry::countOf(flights) - kFilled, kLeaving,
                                          detail::linesWithLeaving(lifted, Opponent, kLeaving), linesMayForm)) {
       return true;
     }
@@ -288,7 +288,7 @@ bool mayBeMatedAfterThreeMoves(const Position& position, bool enPassantPossible)
     const int step = std::countr_zero(steps);
     const std::uint64_t flights = detail::flightsOf(step, closed);
     if (lifted.board[step] == 0) {
-      if (detail::twoRepliesMayCover<Side>(lifted, step, flights, std::popcount(flights), kLeaving, opening,
+      if (detail::twoRepliesMayCover<Side>(lifted, step, flights, geometry::countOf(flights), kLeaving, opening,
                                            linesMayForm)) {
         return true;
       }
@@ -296,7 +296,7 @@ bool mayBeMatedAfterThreeMoves(const Position& position, bool enPassantPossible)
     }
     Position emptied = lifted;
     emptied.board[step] = 0;
-    if (detail::twoRepliesMayCover<Side>(emptied, step, flights, std::popcount(flights), kLeaving,
+    if (detail::twoRepliesMayCover<Side>(emptied, step, flights, geometry::countOf(flights), kLeaving,
                                          detail::linesWithLeaving(emptied, Opponent, kLeaving), linesMayForm)) {
       return true;
     }

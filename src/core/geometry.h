@@ -2,6 +2,8 @@
 // Compile-time board geometry shared by the per-square move generators and
 // attack tests: how far a ray runs from a square, and where its steps land.
 
+#include <bit>
+#include <cstdint>
 #include <utility>
 
 #include "core/position.h"
@@ -32,6 +34,21 @@ constexpr int rayStep(int square, int fileStep, int rowStep, int distance) {
 constexpr int leap(int square, int fileStep, int rowStep) {
   return onBoard((square & 7) + fileStep, (square >> 3) + rowStep) ? rayStep(square, fileStep, rowStep, 1) : -1;
 }
+
+// The number of squares in a set of squares, one bit a square. Built for the
+// baseline x86-64, std::popcount calls a library routine; the same sum by
+// shifts in line is faster there.
+constexpr int countOf(std::uint64_t squares) {
+#if defined(__GNUC__) && defined(__x86_64__) && !defined(__POPCNT__)
+  squares -= (squares >> 1) & 0x5555'5555'5555'5555u;
+  squares = (squares & 0x3333'3333'3333'3333u) + ((squares >> 2) & 0x3333'3333'3333'3333u);
+  squares = (squares + (squares >> 4)) & 0x0F0F'0F0F'0F0F'0F0Fu;
+  return static_cast<int>((squares * 0x0101'0101'0101'0101u) >> 56);
+#else
+  return std::popcount(squares);
+#endif
+}
+static_assert(countOf(0) == 0 && countOf(~std::uint64_t{0}) == 64 && countOf(0x8000'0000'0000'0101u) == 3);
 
 static_assert(rayLength(0, 1, 1) == 7);    // a8 to h1
 static_assert(rayLength(27, -1, 0) == 3);  // d5 westwards: c5, b5, a5

@@ -20,18 +20,7 @@ constexpr Squares bitOf(int square) { return Squares{1} << square; }
 // The squares from `square` to h1; none from 64 on.
 constexpr Squares squaresFrom(int square) { return square >= 64 ? 0 : ~Squares{0} << square; }
 
-// The number of squares. Built for the baseline x86-64, std::popcount calls
-// a library routine; the same sum by shifts in line is faster there.
-constexpr int countOf(Squares squares) {
-#if defined(__GNUC__) && defined(__x86_64__) && !defined(__POPCNT__)
-  squares -= (squares >> 1) & 0x5555'5555'5555'5555u;
-  squares = (squares & 0x3333'3333'3333'3333u) + ((squares >> 2) & 0x3333'3333'3333'3333u);
-  squares = (squares + (squares >> 4)) & 0x0F0F'0F0F'0F0F'0F0Fu;
-  return static_cast<int>((squares * 0x0101'0101'0101'0101u) >> 56);
-#else
-  return std::popcount(squares);
-#endif
-}
+using core::geometry::countOf;
 constexpr int lowestOf(Squares squares) { return std::countr_zero(squares); }
 
 namespace tables {
