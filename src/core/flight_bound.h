@@ -136,6 +136,9 @@ int mostCovered(const Position& lifted, int king, std::uint64_t flights, int mov
         reach |= check_geometry::kReach[slot][static_cast<std::size_t>(std::countr_zero(first))];
       }
     }
+    // Any man but a pawn, which may promote, bears on the king from exactly
+    // the squares it would attack standing on the king's.
+    if (checking && !discovers && !pawn) reach &= check_geometry::kEmptyBoardAttacks[slot][static_cast<std::size_t>(king)];
     for (; reach != 0; reach &= reach - 1) {
       const auto target = static_cast<std::size_t>(std::countr_zero(reach));
       std::uint64_t attacked = check_geometry::kEmptyBoardAttacks[slot][target];
