@@ -39,8 +39,8 @@ inline constexpr int kDirectionRowStep[8] = {0, -1, -1, -1, 0, 1, 1, 1};
 // between it and them had left.
 inline std::uint64_t linesWithLeaving(const Position& position, int side, int men) {
   std::uint64_t squares = 0;
-  for (std::uint64_t pieces = side == White ? menOf<White>(position.board) : menOf<Black>(position.board);
-       pieces != 0; pieces &= pieces - 1) {
+  for (std::uint64_t pieces = side == White ? menOf<White>(position.board) : menOf<Black>(position.board); pieces != 0;
+       pieces &= pieces - 1) {
     const int from = std::countr_zero(pieces);
     const int code = position.board[static_cast<std::size_t>(from)];
     for (int direction = 0; direction < 8; ++direction) {
@@ -95,8 +95,8 @@ std::uint64_t closedSquares(const Position& lifted) {
     const int square = std::countr_zero(men);
     const int code = lifted.board[square];
     if (code == -Side * piece::Queen || code == -Side * piece::Rook || code == -Side * piece::Bishop) continue;
-    closed |= check_geometry::kEmptyBoardAttacks[static_cast<std::size_t>(pieceSlot(code))]
-                                                [static_cast<std::size_t>(square)];
+    closed |=
+        check_geometry::kEmptyBoardAttacks[static_cast<std::size_t>(pieceSlot(code))][static_cast<std::size_t>(square)];
   }
   return closed;
 }
@@ -108,25 +108,25 @@ inline std::uint64_t flightsOf(int king, std::uint64_t closed) {
          ~closed;
 }
 
-// The most of `flights` that one man of the opponent of `Side` attacks after
-// `moves` (one or two) moves of its own, at least `enough` ending the count.
+// The most of `flights` that one of the `movers`, men of the opponent of
+// `Side`, attacks after `moves` (one or two) moves of its own, at least `enough` ending the count.
 // With `checking`, only the squares from which it bears on the king on
 // `king` count, unless it may uncover a check by leaving a line from the
 // king: a line piece of its side further out with at most `othersOnLine`
 // other men between, or any line at all when `linesMayForm`.
 template <int Side>
-int mostCovered(const Position& lifted, int king, std::uint64_t flights, int moves, bool checking, int othersOnLine,
-                bool linesMayForm, int enough) {
+int mostCovered(const Position& lifted, int king, std::uint64_t flights, std::uint64_t movers, int moves, bool checking,
+                int othersOnLine, bool linesMayForm, int enough) {
   constexpr int Opponent = -Side;
   const std::int8_t* board = lifted.board;
   int most = 0;
-  for (std::uint64_t men = menOf<Opponent>(board); men != 0; men &= men - 1) {
+  for (std::uint64_t men = movers; men != 0; men &= men - 1) {
     const int square = std::countr_zero(men);
     const int code = board[square];
     const auto slot = static_cast<std::size_t>(pieceSlot(code));
     const bool discovers =
-        checking && ((linesMayForm && check_geometry::kLines[static_cast<std::size_t>(king)]
-                                                            [static_cast<std::size_t>(square)] >= 0) ||
+        checking && ((linesMayForm &&
+                      check_geometry::kLines[static_cast<std::size_t>(king)][static_cast<std::size_t>(square)] >= 0) ||
                      uncoversCheck(lifted, Opponent, king, square, othersOnLine));
     if (checking && !discovers && code == Opponent * piece::King) continue;
     const bool pawn = code == Opponent * piece::Pawn;
@@ -138,7 +138,8 @@ int mostCovered(const Position& lifted, int king, std::uint64_t flights, int mov
     }
     // Any man but a pawn, which may promote, bears on the king from exactly
     // the squares it would attack standing on the king's.
-    if (checking && !discovers && !pawn) reach &= check_geometry::kEmptyBoardAttacks[slot][static_cast<std::size_t>(king)];
+    if (checking && !discovers && !pawn)
+      reach &= check_geometry::kEmptyBoardAttacks[slot][static_cast<std::size_t>(king)];
     for (; reach != 0; reach &= reach - 1) {
       const auto target = static_cast<std::size_t>(std::countr_zero(reach));
       std::uint64_t attacked = check_geometry::kEmptyBoardAttacks[slot][target];
@@ -164,22 +165,81 @@ template <int Side>
 bool replyMayCover(const Position& lifted, int king, std::uint64_t flights, int uncovered, int leaving,
                    std::uint64_t opening) {
   uncovered -= geometry::countOf(flights & opening);
-  return uncovered <= 0 || mostCovered<Side>(lifted, king, flights, 1, true, leaving - 1, false, uncovered) >= uncovered;
+  return uncovered <= 0 || mostCovered<Side>(lifted, king, flights, menOf<-Side>(lifted.board), 1, true, leaving - 1,
+                                             false, uncovered) >= uncovered;
 }
 
-// Whether `uncovered` of the `flights` could be covered by two moves of the
-// opponent, the second a check: the first man's cover from where it lands,
-// and the checking man's after one or two moves (the first move may be its
-// own, or may bring a line piece behind it).
+// Which of `candidates`, men of the opponent of `Side`, may make the first
+// of two moves that cover `uncovered` of the `flights`, the second a check.
+// Either two men move, the first covering from where it lands and the second
+// checking (or uncovering a check, perhaps by a line piece the first move
+// brought behind it); or the first man moves again and checks from where it
+// ends.
 template <int Side>
-bool twoRepliesMayCover(const Position& lifted, int king, std::uint64_t flights, int uncovered, int leaving,
-                        std::uint64_t opening, bool linesMayForm) {
+std::uint64_t firstMoversThatMayCover(const Position& lifted, int king, std::uint64_t flights, int uncovered,
+                                      std::uint64_t candidates, int leaving, std::uint64_t opening, bool linesMayForm) {
   uncovered -= geometry::countOf(flights & opening);
-  if (uncovered <= 0) return true;
-  const int first = mostCovered<Side>(lifted, king, flights, 1, false, 0, false, uncovered);
-  if (first >= uncovered) return true;
-  return mostCovered<Side>(lifted, king, flights, 2, true, leaving - 1, linesMayForm, uncovered - first) >=
-         uncovered - first;
+  if (uncovered <= 0) return candidates;
+  const int checking = mostCovered<Side>(lifted, king, flights, menOf<-Side>(lifted.board), 1, true, leaving - 1,
+                                         linesMayForm, uncovered);
+  std::uint64_t movers = 0;
+  for (std::uint64_t men = candidates; men != 0; men &= men - 1) {
+    const std::uint64_t man = men & -men;
+    if (mostCovered<Side>(lifted, king, flights, man, 1, false, 0, false, uncovered - checking) + checking >=
+            uncovered ||
+        mostCovered<Side>(lifted, king, flights, man, 2, true, leaving - 1, linesMayForm, uncovered) >= uncovered) {
+      movers |= man;
+    }
+  }
+  return movers;
+}
+
+// The men of `Side` that would attack `square` on an empty board: those that
+// may take a man there.
+template <int Side>
+std::uint64_t menAttacking(const Position& position, int square) {
+  std::uint64_t attackers = 0;
+  for (std::uint64_t men = menOf<Side>(position.board); men != 0; men &= men - 1) {
+    const int from = std::countr_zero(men);
+    if ((check_geometry::kEmptyBoardAttacks[static_cast<std::size_t>(pieceSlot(position.board[from]))]
+                                           [static_cast<std::size_t>(from)] >>
+         square) &
+        1) {
+      attackers |= std::uint64_t{1} << from;
+    }
+  }
+  return attackers;
+}
+
+// The men of the opponent of `Side` that attack `square` by a step or a leap,
+// not along a line: a move in between can only end such an attack by moving
+// the man itself.
+template <int Side>
+std::uint64_t leapersAttacking(const Position& lifted, int square) {
+  std::uint64_t leapers = menAttacking<-Side>(lifted, square);
+  for (std::uint64_t men = leapers; men != 0; men &= men - 1) {
+    const int code = lifted.board[std::countr_zero(men)];
+    if (code == -Side * piece::Queen || code == -Side * piece::Rook || code == -Side * piece::Bishop) {
+      leapers &= ~(men & -men);
+    }
+  }
+  return leapers;
+}
+
+// How many of `flights` a move of a man of `Side` other than its king may
+// fill: one when some man reaches one of them, by the squares it could move
+// to on an empty board.
+template <int Side>
+int fillable(const Position& lifted, std::uint64_t flights) {
+  for (std::uint64_t men = menOf<Side>(lifted.board); men != 0; men &= men - 1) {
+    const int square = std::countr_zero(men);
+    if ((check_geometry::kReach[static_cast<std::size_t>(pieceSlot(lifted.board[square]))]
+                               [static_cast<std::size_t>(square)] &
+         flights) != 0) {
+      return 1;
+    }
+  }
+  return 0;
 }
 
 template <int Side>
@@ -202,10 +262,10 @@ bool flightsMayAllBeCovered(const Position& position, bool enPassantPossible) {
   Position lifted = position;
   lifted.board[king] = 0;
   const std::uint64_t flights = detail::flightsOf(king, detail::closedSquares<Side>(lifted));
-  constexpr int kFilled = 1;
   constexpr int kLeaving = 2;
-  if (geometry::countOf(flights) <= kFilled) return true;
-  return detail::replyMayCover<Side>(lifted, king, flights, geometry::countOf(flights) - kFilled, kLeaving,
+  if (geometry::countOf(flights) <= 1) return true;
+  const int uncovered = geometry::countOf(flights) - detail::fillable<Side>(lifted, flights);
+  return detail::replyMayCover<Side>(lifted, king, flights, uncovered, kLeaving,
                                      detail::linesWithLeaving(lifted, -Side, kLeaving));
 }
 
@@ -231,7 +291,8 @@ bool kingStepsMayBeMated(const Position& position) {
     const int step = std::countr_zero(rest);
     const std::uint64_t flights = detail::flightsOf(step, closed);
     if (lifted.board[step] == 0) {
-      if (detail::replyMayCover<Side>(lifted, step, flights, geometry::countOf(flights), kLeaving, opening)) return true;
+      if (detail::replyMayCover<Side>(lifted, step, flights, geometry::countOf(flights), kLeaving, opening))
+        return true;
       continue;
     }
     // A line through the square taken may open when a man leaves it.
@@ -245,27 +306,34 @@ bool kingStepsMayBeMated(const Position& position) {
   return false;
 }
 
-// Whether the king of `Side` could stand mated after a move of the
-// opponent, one of its own and one more of the opponent, the last a check.
-// Its own move either leaves the king where it is, filling one flight, or
-// steps it to a square next to it, any of the eight (the opponent's first
-// move may take a man there or clear an attack on it); three men, or two
-// after a step, may leave lines. An en-passant capture now, castling, or a
-// pawn of the opponent that may promote within two moves make the answer
-// yes.
+// Which men of the opponent of `Side`, to move, may make the first move of a
+// line that leaves the king of `Side` mated: after the opponent's move, one
+// of its own and one more of the opponent, the last a check (or at once,
+// which needs no more). Its own move either leaves the king where it is,
+// filling at most one flight, or steps it to a square next to it. Three men,
+// or two after a step, may leave lines. An en-passant capture now, castling,
+// or a pawn of the opponent that may promote within two moves let every man
+// move first.
+//
+// A step may go to a square that is not a flight now, when the opponent's
+// first move makes it one. A man that attacks the square by a step or a leap
+// must then be the one that moves, so two such men rule the step out. A man
+// of its own side on the square must be taken by that first move, and the
+// king takes the taker in turn: only the checking move covers then.
 template <int Side>
-bool mayBeMatedAfterThreeMoves(const Position& position, bool enPassantPossible) {
+std::uint64_t firstMoversThatMayMate(const Position& position, bool enPassantPossible) {
   constexpr int Opponent = -Side;
-  if (enPassantPossible || detail::opponentMayCastle<Side>(position) || detail::opponentMayCastle<-Side>(position)) {
-    return true;
-  }
   const std::int8_t* board = position.board;
+  const std::uint64_t opponentMen = menOf<Opponent>(board);
+  if (enPassantPossible || detail::opponentMayCastle<Side>(position) || detail::opponentMayCastle<-Side>(position)) {
+    return opponentMen;
+  }
   bool linesMayForm = false;
-  for (std::uint64_t men = menOf<Opponent>(board); men != 0; men &= men - 1) {
+  for (std::uint64_t men = opponentMen; men != 0; men &= men - 1) {
     const int square = std::countr_zero(men);
     const int code = board[square];
     const int row = square >> 3;
-    if (code == Opponent * piece::Pawn && (Opponent == White ? row <= 2 : row >= 5)) return true;
+    if (code == Opponent * piece::Pawn && (Opponent == White ? row <= 2 : row >= 5)) return opponentMen;
     if (code == Opponent * piece::Queen || code == Opponent * piece::Rook || code == Opponent * piece::Bishop) {
       linesMayForm = true;
     }
@@ -274,37 +342,45 @@ bool mayBeMatedAfterThreeMoves(const Position& position, bool enPassantPossible)
   Position lifted = position;
   lifted.board[king] = 0;
   const std::uint64_t closed = detail::closedSquares<Side>(lifted);
+  std::uint64_t movers = 0;
   {
-    constexpr int kFilled = 1;
     constexpr int kLeaving = 3;
     const std::uint64_t flights = detail::flightsOf(king, closed);
-    if (detail::twoRepliesMayCover<Side>(lifted, king, flights, geometry::countOf(flights) - kFilled, kLeaving,
-                                         detail::linesWithLeaving(lifted, Opponent, kLeaving), linesMayForm)) {
-      return true;
-    }
+    const int uncovered = geometry::countOf(flights) - detail::fillable<Side>(lifted, flights);
+    movers = detail::firstMoversThatMayCover<Side>(lifted, king, flights, uncovered, opponentMen, kLeaving,
+                                                   detail::linesWithLeaving(lifted, Opponent, kLeaving), linesMayForm);
   }
   constexpr int kLeaving = 2;
   const std::uint64_t opening = detail::linesWithLeaving(lifted, Opponent, kLeaving);
   for (std::uint64_t steps = check_geometry::kEmptyBoardAttacks[static_cast<std::size_t>(pieceSlot(piece::King))]
                                                                [static_cast<std::size_t>(king)];
-       steps != 0; steps &= steps - 1) {
+       steps != 0 && movers != opponentMen; steps &= steps - 1) {
     const int step = std::countr_zero(steps);
+    std::uint64_t candidates = opponentMen & ~movers;
+    if ((closed >> step) & 1) {
+      const std::uint64_t leapers = detail::leapersAttacking<Side>(lifted, step);
+      if (geometry::countOf(leapers) > 1) continue;
+      if (leapers != 0) candidates &= leapers;
+    }
     const std::uint64_t flights = detail::flightsOf(step, closed);
-    if (lifted.board[step] == 0) {
-      if (detail::twoRepliesMayCover<Side>(lifted, step, flights, geometry::countOf(flights), kLeaving, opening,
-                                           linesMayForm)) {
-        return true;
-      }
+    const int code = lifted.board[step];
+    if (code == 0) {
+      movers |= detail::firstMoversThatMayCover<Side>(lifted, step, flights, geometry::countOf(flights), candidates,
+                                                      kLeaving, opening, linesMayForm);
       continue;
     }
     Position emptied = lifted;
     emptied.board[step] = 0;
-    if (detail::twoRepliesMayCover<Side>(emptied, step, flights, geometry::countOf(flights), kLeaving,
-                                         detail::linesWithLeaving(emptied, Opponent, kLeaving), linesMayForm)) {
-      return true;
+    const std::uint64_t emptiedOpening = detail::linesWithLeaving(emptied, Opponent, kLeaving);
+    if (code * Side < 0) {
+      movers |= detail::firstMoversThatMayCover<Side>(emptied, step, flights, geometry::countOf(flights), candidates,
+                                                      kLeaving, emptiedOpening, linesMayForm);
+    } else if (detail::replyMayCover<Side>(emptied, step, flights, geometry::countOf(flights), kLeaving,
+                                           emptiedOpening)) {
+      movers |= candidates & detail::menAttacking<Opponent>(lifted, step);
     }
   }
-  return false;
+  return movers;
 }
 
 }  // namespace velkaro::core

@@ -24,7 +24,14 @@ enum class MoveTest {
   // As Legal, for the king's moves and the pawns' double steps only: the
   // moves that can still matter when no other man's move could.
   KingOrDoubleStep,
+  // As Legal, for the moves of the men on the ply's squares in
+  // PlyStack::movers only.
+  Movers,
 };
+
+// Whether the iterator keeps the next frame's king square and castling
+// rights up to date.
+constexpr bool tracksKing(MoveTest test) { return test != MoveTest::Plain && test != MoveTest::Checking; }
 
 namespace detail {
 
@@ -156,6 +163,9 @@ template <int Side, MoveTest Test>
     if constexpr (Test == MoveTest::Checking) {
       if (!mayCheck<Side>(stack, ply, frame.position, code, square)) continue;
     }
+    if constexpr (Test == MoveTest::Movers) {
+      if (((stack.movers[static_cast<std::size_t>(ply)] >> square) & 1) == 0) continue;
+    }
     if constexpr (Test == MoveTest::KingOrDoubleStep) {
       constexpr int kPawnRow = Side == White ? 6 : 1;
       if (code != Side * piece::King && !(code == Side * piece::Pawn && (square >> 3) == kPawnRow)) continue;
@@ -226,7 +236,7 @@ template <int Side, MoveTest Test>
     const MoveEntry entry = frame.moveList[frame.entryIndex];
     if (entry.kind == kind::End) {
       next.board[frame.fromSquare] = static_cast<std::int8_t>(frame.movedPiece);
-      if constexpr (Test == MoveTest::Legal || Test == MoveTest::KingOrDoubleStep) {
+      if constexpr (tracksKing(Test)) {
         if (frame.movedPiece == Side * piece::King) {
           detail::kingSquareOf<Side>(next) = detail::kingSquareOf<Side>(frame.position);
         }
@@ -249,7 +259,7 @@ template <int Side, MoveTest Test>
       const int step = entry.target - frame.fromSquare;
       if (frame.movedPiece == Side * piece::Pawn && step != 16 && step != -16) continue;
     }
-    constexpr bool kTracksKing = Test == MoveTest::Legal || Test == MoveTest::KingOrDoubleStep;
+    constexpr bool kTracksKing = tracksKing(Test);
     if (!detail::tryMove<Side, Test == MoveTest::Checking, kTracksKing>(frame, next, entry, kingLines, enemyKing)) {
       continue;
     }
@@ -349,6 +359,11 @@ inline int nextLegalMovePlain(PlyStack& stack, int ply, int continuing) {
 inline int nextKingMoveOrDoubleStep(PlyStack& stack, int ply, int continuing) {
   return stack.sideAt(ply) == White ? nextMove<White, MoveTest::KingOrDoubleStep>(stack, ply, continuing)
                                     : nextMove<Black, MoveTest::KingOrDoubleStep>(stack, ply, continuing);
+}
+
+inline int nextMoveOfMovers(PlyStack& stack, int ply, int continuing) {
+  return stack.sideAt(ply) == White ? nextMove<White, MoveTest::Movers>(stack, ply, continuing)
+                                    : nextMove<Black, MoveTest::Movers>(stack, ply, continuing);
 }
 
 inline int nextCheckingMove(PlyStack& stack, int ply, int continuing) {

@@ -122,6 +122,8 @@ struct PlyStack {
   // Per ply, for the checking-move iterator: the lines from the enemy king
   // that hold the mover's line pieces, along which a move may uncover check.
   std::array<unsigned, kPlyFrameCount> discoveryLines{};
+  // Per ply, for the iterator that moves only some men: their squares.
+  std::array<std::uint64_t, kPlyFrameCount> movers{};
 
   PlyFrame& operator[](int ply) { return frames[static_cast<std::size_t>(ply)]; }
   const PlyFrame& operator[](int ply) const { return frames[static_cast<std::size_t>(ply)]; }

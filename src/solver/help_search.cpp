@@ -29,7 +29,7 @@ SolverJob::Outcome SolverJob::helpSearch() {
           const LastMoves lastMoves = ply_ == lastMovePly_ - 1   ? lastMovesThatMayMate(ply_)
                                       : ply_ == lastMovePly_ - 2 ? lastThreeMovesMayMate(ply_)
                                                                  : LastMoves::Any;
-          stack_[ply_].searchCount = lastMoves == LastMoves::KingOnly;
+          stack_[ply_].searchCount = static_cast<int>(lastMoves);
           if (lastMoves == LastMoves::None) {
             storeFailure(ply_);
             --ply_;
@@ -67,9 +67,9 @@ bool SolverJob::helpNextMove() {
   }
   // Mated at one of its own plies: the line so far is a shorter helpmate.
   // A ply that tried only king moves and double steps has not seen the rest.
-  const bool mated = frame.searchFlag == 0 && attackerPly(ply_) && ply_ > 2 &&
-                     core::inCheck(stack_.sideAt(ply_), frame.position) &&
-                     (frame.searchCount == 0 || !core::hasLegalMove(stack_, ply_, lastEscape_));
+  const bool mated =
+      frame.searchFlag == 0 && attackerPly(ply_) && ply_ > 2 && core::inCheck(stack_.sideAt(ply_), frame.position) &&
+      (frame.searchCount == static_cast<int>(LastMoves::Any) || !core::hasLegalMove(stack_, ply_, lastEscape_));
   if (!mated && !solved_[static_cast<std::size_t>(ply_)]) storeFailure(ply_);
   --ply_;
   step_ = ply_ < startPly() ? Step::Done : Step::NextMove;
@@ -141,21 +141,29 @@ SolverJob::LastMoves SolverJob::lastMovesThatMayMate(int ply) {
   return kingMay ? LastMoves::KingOnly : LastMoves::None;
 }
 
-// Two plies earlier, on the mating side's move: whether its move, one of
-// the other side and its check may leave that side mated.
+// Two plies earlier, on the mating side's move: which of its men may move
+// first in a line of its move, one of the other side and its check that
+// leaves that side mated.
 SolverJob::LastMoves SolverJob::lastThreeMovesMayMate(int ply) {
   const core::Position& position = stack_[ply].position;
   const bool enPassant = core::enPassantPawn(stack_, ply) >= 0;
-  const bool may = stack_.sideAt(ply) == core::White ? core::mayBeMatedAfterThreeMoves<core::Black>(position, enPassant)
-                                                     : core::mayBeMatedAfterThreeMoves<core::White>(position, enPassant);
-  return may ? LastMoves::Any : LastMoves::None;
+  const std::uint64_t movers = stack_.sideAt(ply) == core::White
+                                   ? core::firstMoversThatMayMate<core::Black>(position, enPassant)
+                                   : core::firstMoversThatMayMate<core::White>(position, enPassant);
+  stack_.movers[static_cast<std::size_t>(ply)] = movers;
+  return movers != 0 ? LastMoves::Some : LastMoves::None;
 }
 
-// The ply's next move: when only king moves may lead to mate, only those
-// and the pawns' double steps.
+// The ply's next move: when only some moves may lead to mate, only those.
 int SolverJob::nextMoveAtHelpPly(int continuing) {
-  return stack_[ply_].searchCount != 0 ? core::nextKingMoveOrDoubleStep(stack_, ply_, continuing)
-                                        : core::nextLegalMove(stack_, ply_, continuing);
+  switch (static_cast<LastMoves>(stack_[ply_].searchCount)) {
+    case LastMoves::KingOnly:
+      return core::nextKingMoveOrDoubleStep(stack_, ply_, continuing);
+    case LastMoves::Some:
+      return core::nextMoveOfMovers(stack_, ply_, continuing);
+    default:
+      return core::nextLegalMove(stack_, ply_, continuing);
+  }
 }
 
 }  // namespace velkaro::solver

@@ -93,7 +93,9 @@ class SolverJob : public jobs::Job {
   bool helpNextMove();
   bool helpNextMate();
   void prefetchChildren();
-  enum class LastMoves { Any, KingOnly, None };
+  // Which moves of a ply may lead on to mate: all, the king's (and the
+  // pawns' double steps), those of the men in the ply's movers, or none.
+  enum class LastMoves { Any, KingOnly, Some, None };
   LastMoves lastMovesThatMayMate(int ply);
   LastMoves lastThreeMovesMayMate(int ply);
   int nextMoveAtHelpPly(int continuing);

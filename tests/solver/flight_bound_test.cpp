@@ -1,8 +1,8 @@
 // The flight counts of a helpmate's last moves may rule out every move of the
 // side to be mated but the king's, the king's steps too, or, a ply earlier,
-// every line at all. Wherever they do, no such line may end in mate: all of
-// them are tried, in many random positions and in a table of mates that
-// once were ruled out.
+// the moves of some or all men of the mating side. Wherever they do, no such
+// line may end in mate: all of them are tried, in many random positions and
+// in a table of mates that once were ruled out.
 
 #include <gtest/gtest.h>
 
@@ -31,12 +31,13 @@ bool matedAt(core::PlyStack& stack, int ply) {
   return core::inCheck(stack.sideAt(ply), stack[ply].position) && !core::hasLegalMove(stack, ply, lastEscape);
 }
 
-// Whether a move at ply 1 that does (or does not) move the king, then some
-// reply, mates the side moving at ply 1.
-bool mateAfterTwo(core::PlyStack& stack, bool kingMoves) {
+// Whether a move at ply 1 that does (or does not) move the king, by a man
+// not on one of the `excluded` squares, then some reply, mates the side
+// moving at ply 1.
+bool mateAfterTwo(core::PlyStack& stack, bool kingMoves, std::uint64_t excluded) {
   const int king = stack.sideAt(1) * core::piece::King;
   for (int first = 0; core::nextLegalMove(stack, 1, first) < 0; first = 1) {
-    if ((stack[1].movedPiece == king) != kingMoves) continue;
+    if ((stack[1].movedPiece == king) != kingMoves || ((excluded >> stack[1].fromSquare) & 1) != 0) continue;
     for (int reply = 0; core::nextLegalMove(stack, 2, reply) < 0; reply = 1) {
       if (matedAt(stack, 3)) return true;
     }
@@ -44,10 +45,11 @@ bool mateAfterTwo(core::PlyStack& stack, bool kingMoves) {
   return false;
 }
 
-// Whether a move at ply 1 mates the other side, or some line of three moves
-// does.
-bool mateWithinThree(core::PlyStack& stack) {
+// Whether a move at ply 1 by a man not on one of the `excluded` squares
+// mates the other side, or starts a line of three moves that does.
+bool mateWithinThree(core::PlyStack& stack, std::uint64_t excluded) {
   for (int first = 0; core::nextLegalMove(stack, 1, first) < 0; first = 1) {
+    if ((excluded >> stack[1].fromSquare) & 1) continue;
     if (matedAt(stack, 2)) return true;
     for (int second = 0; core::nextLegalMove(stack, 2, second) < 0; second = 1) {
       for (int third = 0; core::nextLegalMove(stack, 3, third) < 0; third = 1) {
@@ -59,21 +61,25 @@ bool mateWithinThree(core::PlyStack& stack) {
 }
 
 template <int Side>
-bool mayBeMated(const core::Position& position, const std::string& moves) {
-  if (moves == "king") return core::kingStepsMayBeMated<Side>(position);
-  if (moves == "other") return core::flightsMayAllBeCovered<Side>(position, false);
-  return core::mayBeMatedAfterThreeMoves<-Side>(position, false);
+std::uint64_t allowedMovers(const core::Position& position, const std::string& moves) {
+  constexpr std::uint64_t kAll = ~std::uint64_t{0};
+  if (moves == "king") return core::kingStepsMayBeMated<Side>(position) ? kAll : 0;
+  if (moves == "other") return core::flightsMayAllBeCovered<Side>(position, false) ? kAll : 0;
+  return core::firstMoversThatMayMate<-Side>(position, false);
 }
 
-// What a count allows and what trying every line finds, for the side moving
-// at ply 1 ("king", "other") or the one after it ("three").
-bool countAllows(const core::PlyStack& stack, const std::string& moves) {
-  return stack.sideAt(1) == core::White ? mayBeMated<core::White>(stack[1].position, moves)
-                                        : mayBeMated<core::Black>(stack[1].position, moves);
+// The squares of the men at ply 1 whose moves a count lets through: those of
+// the side to be mated ("king", "other"), or of the side mating it
+// ("three").
+std::uint64_t allowedMovers(const core::PlyStack& stack, const std::string& moves) {
+  return stack.sideAt(1) == core::White ? allowedMovers<core::White>(stack[1].position, moves)
+                                        : allowedMovers<core::Black>(stack[1].position, moves);
 }
 
-bool mateFound(core::PlyStack& stack, const std::string& moves) {
-  return moves == "three" ? mateWithinThree(stack) : mateAfterTwo(stack, moves == "king");
+// Whether a line whose first move is by a man on none of the `excluded`
+// squares mates.
+bool mateByOthers(core::PlyStack& stack, const std::string& moves, std::uint64_t excluded) {
+  return moves == "three" ? mateWithinThree(stack, excluded) : mateAfterTwo(stack, moves == "king", excluded);
 }
 
 struct RandomCase {
@@ -96,16 +102,17 @@ TEST(FlightBound, NeverRulesOutALineThatMates) {
     int ruledOut = 0;
     int mated = 0;
     for (int i = 0; i < test.positions / testing::kRandomShare; ++i) {
-      const auto men = test.minMen + static_cast<int>(random() % static_cast<unsigned>(test.moreMen));
-      const core::BoardSetup setup = testing::randomSetup(random, men);
+      const auto manCount = test.minMen + static_cast<int>(random() % static_cast<unsigned>(test.moreMen));
+      const core::BoardSetup setup = testing::randomSetup(random, manCount);
       core::PlyStack stack;
       if (core::validatePosition(setup, stack, messages) != 0) continue;
       core::setUpRoot(stack, setup);
-      const bool may = countAllows(stack, test.moves);
-      const bool mates = mateFound(stack, test.moves);
-      ruledOut += !may;
-      mated += mates;
-      EXPECT_TRUE(may || !mates) << test.moves << ", position " << i;
+      const std::uint64_t allowed = allowedMovers(stack, test.moves);
+      const std::uint64_t moving = stack.sideAt(1) == core::White ? core::menOf<core::White>(stack[1].position.board)
+                                                                  : core::menOf<core::Black>(stack[1].position.board);
+      ruledOut += (moving & ~allowed) != 0;
+      mated += mateByOthers(stack, test.moves, 0);
+      EXPECT_FALSE(mateByOthers(stack, test.moves, allowed)) << test.moves << ", position " << i;
     }
     // Both answers come up often enough for the comparison to mean something.
     EXPECT_GT(ruledOut, test.positions / testing::kRandomShare / 40) << test.moves;
@@ -125,8 +132,8 @@ TEST(FlightBound, AllowsTheLinesOfKnownMates) {
     core::PlyStack stack;
     ASSERT_EQ(core::validatePosition(*setup, stack, messages), 0) << row[0];
     core::setUpRoot(stack, *setup);
-    EXPECT_TRUE(mateFound(stack, row[1])) << row[0];
-    EXPECT_TRUE(countAllows(stack, row[1])) << row[0] << ": " << row[2];
+    EXPECT_TRUE(mateByOthers(stack, row[1], 0)) << row[0];
+    EXPECT_FALSE(mateByOthers(stack, row[1], allowedMovers(stack, row[1]))) << row[0] << ": " << row[2];
   }
 }
 
