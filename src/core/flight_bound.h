@@ -109,11 +109,11 @@ inline std::uint64_t flightsOf(int king, std::uint64_t closed) {
 }
 
 // The most of `flights` that one of the `movers`, men of the opponent of
-// `Side`, attacks after `moves` (one or two) moves of its own, at least `enough` ending the count.
-// With `checking`, only the squares from which it bears on the king on
-// `king` count, unless it may uncover a check by leaving a line from the
-// king: a line piece of its side further out with at most `othersOnLine`
-// other men between, or any line at all when `linesMayForm`.
+// `Side`, attacks after `moves` (one or two) moves of its own, at least
+// `enough` ending the count. With `checking`, only the squares from which it
+// bears on the king on `king` count, unless it may uncover a check by leaving
+// a line from the king: a line piece of its side further out with at most
+// `othersOnLine` other men between, or any line at all when `linesMayForm`.
 template <int Side>
 int mostCovered(const Position& lifted, int king, std::uint64_t flights, std::uint64_t movers, int moves, bool checking,
                 int othersOnLine, bool linesMayForm, int enough) {
@@ -138,8 +138,9 @@ int mostCovered(const Position& lifted, int king, std::uint64_t flights, std::ui
     }
     // Any man but a pawn, which may promote, bears on the king from exactly
     // the squares it would attack standing on the king's.
-    if (checking && !discovers && !pawn)
+    if (checking && !discovers && !pawn) {
       reach &= check_geometry::kEmptyBoardAttacks[slot][static_cast<std::size_t>(king)];
+    }
     for (; reach != 0; reach &= reach - 1) {
       const auto target = static_cast<std::size_t>(std::countr_zero(reach));
       std::uint64_t attacked = check_geometry::kEmptyBoardAttacks[slot][target];
