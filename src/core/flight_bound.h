@@ -124,10 +124,16 @@ int mostCovered(const Position& lifted, int king, std::uint64_t flights, std::ui
     const int square = std::countr_zero(men);
     const int code = board[square];
     const auto slot = static_cast<std::size_t>(pieceSlot(code));
+    // A man that moves twice may first step onto a line from the king and
+    // then uncover it, or the king may step onto a line it shields.
+    std::uint64_t leavings = std::uint64_t{1} << square;
+    if (moves == 2) leavings |= check_geometry::kReach[slot][static_cast<std::size_t>(square)];
     const bool discovers =
-        checking && ((linesMayForm &&
-                      check_geometry::kLines[static_cast<std::size_t>(king)][static_cast<std::size_t>(square)] >= 0) ||
-                     uncoversCheck(lifted, Opponent, king, square, othersOnLine));
+        checking &&
+        ((linesMayForm &&
+          (leavings & check_geometry::kEmptyBoardAttacks[static_cast<std::size_t>(pieceSlot(piece::Queen))]
+                                                        [static_cast<std::size_t>(king)]) != 0) ||
+         uncoversCheck(lifted, Opponent, king, square, othersOnLine));
     if (checking && !discovers && code == Opponent * piece::King) continue;
     const bool pawn = code == Opponent * piece::Pawn;
     std::uint64_t reach = check_geometry::kReach[slot][static_cast<std::size_t>(square)];
