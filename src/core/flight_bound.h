@@ -108,6 +108,19 @@ inline std::uint64_t flightsOf(int king, std::uint64_t closed) {
          ~closed;
 }
 
+// The squares the man `code` attacks from `square` on an empty board; a pawn
+// on the last rank as a queen or a knight.
+inline std::uint64_t coverFrom(int code, int square) {
+  const auto at = static_cast<std::size_t>(square);
+  std::uint64_t attacked = check_geometry::kEmptyBoardAttacks[static_cast<std::size_t>(pieceSlot(code))][at];
+  if ((code == piece::Pawn || code == -piece::Pawn) && (square < 8 || square >= 56)) {
+    const int side = code > 0 ? White : Black;
+    attacked |= check_geometry::kEmptyBoardAttacks[static_cast<std::size_t>(pieceSlot(side * piece::Queen))][at] |
+                check_geometry::kEmptyBoardAttacks[static_cast<std::size_t>(pieceSlot(side * piece::Knight))][at];
+  }
+  return attacked;
+}
+
 // The most of `flights` that one of the `movers`, men of the opponent of
 // `Side`, attacks after `moves` (one or two) moves of its own, at least
 // `enough` ending the count. With `checking`, only the squares from which it
@@ -148,13 +161,7 @@ int mostCovered(const Position& lifted, int king, std::uint64_t flights, std::ui
       reach &= check_geometry::kEmptyBoardAttacks[slot][static_cast<std::size_t>(king)];
     }
     for (; reach != 0; reach &= reach - 1) {
-      const auto target = static_cast<std::size_t>(std::countr_zero(reach));
-      std::uint64_t attacked = check_geometry::kEmptyBoardAttacks[slot][target];
-      if (pawn && (target < 8 || target >= 56)) {
-        attacked |=
-            check_geometry::kEmptyBoardAttacks[static_cast<std::size_t>(pieceSlot(Opponent * piece::Queen))][target] |
-            check_geometry::kEmptyBoardAttacks[static_cast<std::size_t>(pieceSlot(Opponent * piece::Knight))][target];
-      }
+      const std::uint64_t attacked = coverFrom(code, std::countr_zero(reach));
       if (checking && !discovers && ((attacked >> king) & 1) == 0) continue;
       most = std::max(most, geometry::countOf(attacked & flights));
       if (most >= enough) return most;
@@ -176,29 +183,69 @@ bool replyMayCover(const Position& lifted, int king, std::uint64_t flights, int 
                                              false, uncovered) >= uncovered;
 }
 
-// Which of `candidates`, men of the opponent of `Side`, may make the first
-// of two moves that cover `uncovered` of the `flights`, the second a check.
-// Either two men move, the first covering from where it lands and the second
-// checking (or uncovering a check, perhaps by a line piece the first move
-// brought behind it); or the first man moves again and checks from where it
-// ends.
+// Where each of `candidates`, men of the opponent of `Side`, may land with
+// the first of two moves that cover `uncovered` of the `flights`, the second
+// a check; added to `landings`, by the man's square. Either two men move, the
+// first covering from where it lands and the second checking (or uncovering
+// a check, perhaps by a line piece the first move brought behind it); or the
+// first man moves again and checks from where it ends.
 template <int Side>
-std::uint64_t firstMoversThatMayCover(const Position& lifted, int king, std::uint64_t flights, int uncovered,
-                                      std::uint64_t candidates, int leaving, std::uint64_t opening, bool linesMayForm) {
+void addFirstLandings(const Position& lifted, int king, std::uint64_t flights, int uncovered,
+                      std::uint64_t candidates, int leaving, std::uint64_t opening, bool linesMayForm,
+                      MoverTargets& landings) {
+  constexpr int Opponent = -Side;
   uncovered -= geometry::countOf(flights & opening);
-  if (uncovered <= 0) return candidates;
-  const int checking = mostCovered<Side>(lifted, king, flights, menOf<-Side>(lifted.board), 1, true, leaving - 1,
+  const int checking =
+      uncovered <= 0 ? 0
+                     : mostCovered<Side>(lifted, king, flights, menOf<Opponent>(lifted.board), 1, true, leaving - 1,
                                          linesMayForm, uncovered);
-  std::uint64_t movers = 0;
   for (std::uint64_t men = candidates; men != 0; men &= men - 1) {
-    const std::uint64_t man = men & -men;
-    if (mostCovered<Side>(lifted, king, flights, man, 1, false, 0, false, uncovered - checking) + checking >=
-            uncovered ||
-        mostCovered<Side>(lifted, king, flights, man, 2, true, leaving - 1, linesMayForm, uncovered) >= uncovered) {
-      movers |= man;
+    const int square = std::countr_zero(men);
+    const int code = lifted.board[square];
+    const auto slot = static_cast<std::size_t>(pieceSlot(code));
+    const std::uint64_t reach = check_geometry::kReach[slot][static_cast<std::size_t>(square)];
+    std::uint64_t& found = landings[static_cast<std::size_t>(square)];
+    if (checking >= uncovered) {
+      found |= reach;
+      continue;
+    }
+    // Covering from where it lands, the check coming from another man.
+    std::uint64_t twice = 0;
+    for (std::uint64_t rest = reach & ~found; rest != 0; rest &= rest - 1) {
+      const int target = std::countr_zero(rest);
+      if (geometry::countOf(coverFrom(code, target) & flights) + checking >= uncovered) {
+        found |= std::uint64_t{1} << target;
+      } else {
+        twice |= check_geometry::kReach[slot][static_cast<std::size_t>(target)];
+      }
+    }
+    // Moving on from there to check: the squares that would do, then the
+    // landings that reach one.
+    const bool discovers =
+        linesMayForm &&
+        ((reach | (std::uint64_t{1} << square)) &
+         check_geometry::kEmptyBoardAttacks[static_cast<std::size_t>(pieceSlot(piece::Queen))]
+                                           [static_cast<std::size_t>(king)]) != 0;
+    if (!discovers) {
+      if (code == Opponent * piece::King) continue;
+      if (code != Opponent * piece::Pawn) twice &= check_geometry::kEmptyBoardAttacks[slot][static_cast<std::size_t>(king)];
+    }
+    std::uint64_t checks = 0;
+    for (; twice != 0; twice &= twice - 1) {
+      const int target = std::countr_zero(twice);
+      const std::uint64_t cover = coverFrom(code, target);
+      if ((discovers || ((cover >> king) & 1) != 0) && geometry::countOf(cover & flights) >= uncovered) {
+        checks |= std::uint64_t{1} << target;
+      }
+    }
+    if (checks == 0) continue;
+    for (std::uint64_t rest = reach & ~found; rest != 0; rest &= rest - 1) {
+      const int target = std::countr_zero(rest);
+      if ((check_geometry::kReach[slot][static_cast<std::size_t>(target)] & checks) != 0) {
+        found |= std::uint64_t{1} << target;
+      }
     }
   }
-  return movers;
 }
 
 // The men of `Side` that would attack `square` on an empty board: those that
@@ -313,14 +360,15 @@ bool kingStepsMayBeMated(const Position& position) {
   return false;
 }
 
-// Which men of the opponent of `Side`, to move, may make the first move of a
-// line that leaves the king of `Side` mated: after the opponent's move, one
-// of its own and one more of the opponent, the last a check (or at once,
-// which needs no more). Its own move either leaves the king where it is,
+// Where the men of the opponent of `Side`, to move, may go with the first move
+// of a line that leaves the king of `Side` mated: after the opponent's move,
+// one of its own and one more of the opponent, the last a check (or at once,
+// which needs no more). Fills `landings`, by the man's square, and says
+// whether any move may. Its own move either leaves the king where it is,
 // filling at most one flight, or steps it to a square next to it. Three men,
 // or two after a step, may leave lines. An en-passant capture now, castling,
-// or a pawn of the opponent that may promote within two moves let every man
-// move first.
+// or a pawn of the opponent that may promote within two moves let every move
+// through.
 //
 // A step may go to a square that is not a flight now, when the opponent's
 // first move makes it one. A man that attacks the square by a step or a leap
@@ -328,66 +376,77 @@ bool kingStepsMayBeMated(const Position& position) {
 // of its own side on the square must be taken by that first move, and the
 // king takes the taker in turn: only the checking move covers then.
 template <int Side>
-std::uint64_t firstMoversThatMayMate(const Position& position, bool enPassantPossible) {
+bool firstMovesMayMate(const Position& position, bool enPassantPossible, MoverTargets& landings) {
   constexpr int Opponent = -Side;
   const std::int8_t* board = position.board;
   const std::uint64_t opponentMen = menOf<Opponent>(board);
-  if (enPassantPossible || detail::opponentMayCastle<Side>(position) || detail::opponentMayCastle<-Side>(position)) {
-    return opponentMen;
-  }
+  landings.fill(0);
+  bool allMoves =
+      enPassantPossible || detail::opponentMayCastle<Side>(position) || detail::opponentMayCastle<-Side>(position);
   bool linesMayForm = false;
   for (std::uint64_t men = opponentMen; men != 0; men &= men - 1) {
     const int square = std::countr_zero(men);
     const int code = board[square];
     const int row = square >> 3;
-    if (code == Opponent * piece::Pawn && (Opponent == White ? row <= 2 : row >= 5)) return opponentMen;
+    if (code == Opponent * piece::Pawn && (Opponent == White ? row <= 2 : row >= 5)) allMoves = true;
     if (code == Opponent * piece::Queen || code == Opponent * piece::Rook || code == Opponent * piece::Bishop) {
       linesMayForm = true;
     }
+  }
+  if (allMoves) {
+    for (std::uint64_t men = opponentMen; men != 0; men &= men - 1) {
+      landings[static_cast<std::size_t>(std::countr_zero(men))] = ~std::uint64_t{0};
+    }
+    return true;
   }
   const int king = Side == White ? position.whiteKingSquare : position.blackKingSquare;
   Position lifted = position;
   lifted.board[king] = 0;
   const std::uint64_t closed = detail::closedSquares<Side>(lifted);
-  std::uint64_t movers = 0;
   {
     constexpr int kLeaving = 3;
     const std::uint64_t flights = detail::flightsOf(king, closed);
     const int uncovered = geometry::countOf(flights) - detail::fillable<Side>(lifted, flights);
-    movers = detail::firstMoversThatMayCover<Side>(lifted, king, flights, uncovered, opponentMen, kLeaving,
-                                                   detail::linesWithLeaving(lifted, Opponent, kLeaving), linesMayForm);
+    detail::addFirstLandings<Side>(lifted, king, flights, uncovered, opponentMen, kLeaving,
+                                   detail::linesWithLeaving(lifted, Opponent, kLeaving), linesMayForm, landings);
   }
   constexpr int kLeaving = 2;
   const std::uint64_t opening = detail::linesWithLeaving(lifted, Opponent, kLeaving);
   for (std::uint64_t steps = check_geometry::kEmptyBoardAttacks[static_cast<std::size_t>(pieceSlot(piece::King))]
                                                                [static_cast<std::size_t>(king)];
-       steps != 0 && movers != opponentMen; steps &= steps - 1) {
+       steps != 0; steps &= steps - 1) {
     const int step = std::countr_zero(steps);
-    std::uint64_t candidates = opponentMen & ~movers;
+    std::uint64_t candidates = opponentMen;
     if ((closed >> step) & 1) {
       const std::uint64_t leapers = detail::leapersAttacking<Side>(lifted, step);
       if (geometry::countOf(leapers) > 1) continue;
-      if (leapers != 0) candidates &= leapers;
+      if (leapers != 0) candidates = leapers;
     }
     const std::uint64_t flights = detail::flightsOf(step, closed);
     const int code = lifted.board[step];
     if (code == 0) {
-      movers |= detail::firstMoversThatMayCover<Side>(lifted, step, flights, geometry::countOf(flights), candidates,
-                                                      kLeaving, opening, linesMayForm);
+      detail::addFirstLandings<Side>(lifted, step, flights, geometry::countOf(flights), candidates, kLeaving, opening,
+                                     linesMayForm, landings);
       continue;
     }
     Position emptied = lifted;
     emptied.board[step] = 0;
     const std::uint64_t emptiedOpening = detail::linesWithLeaving(emptied, Opponent, kLeaving);
     if (code * Side < 0) {
-      movers |= detail::firstMoversThatMayCover<Side>(emptied, step, flights, geometry::countOf(flights), candidates,
-                                                      kLeaving, emptiedOpening, linesMayForm);
+      detail::addFirstLandings<Side>(emptied, step, flights, geometry::countOf(flights), candidates, kLeaving,
+                                     emptiedOpening, linesMayForm, landings);
     } else if (detail::replyMayCover<Side>(emptied, step, flights, geometry::countOf(flights), kLeaving,
                                            emptiedOpening)) {
-      movers |= candidates & detail::menAttacking<Opponent>(lifted, step);
+      // The first move takes the man on the square.
+      for (std::uint64_t men = candidates & detail::menAttacking<Opponent>(lifted, step); men != 0; men &= men - 1) {
+        landings[static_cast<std::size_t>(std::countr_zero(men))] |= std::uint64_t{1} << step;
+      }
     }
   }
-  return movers;
+  for (const std::uint64_t targets : landings) {
+    if (targets != 0) return true;
+  }
+  return false;
 }
 
 }  // namespace velkaro::core

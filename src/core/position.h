@@ -108,6 +108,9 @@ struct BoardSetup {
   int lastMoveSquare = 0;  // 0 or less: none
 };
 
+// Where each man may move, by the square it stands on; one bit a square.
+using MoverTargets = std::array<std::uint64_t, 64>;
+
 // The ply stack of one job, with the two values beside it that the move
 // generator reads: the side to move at the root and the root's en-passant
 // square. Odd plies move for the root side, even plies for the other side.
@@ -122,8 +125,9 @@ struct PlyStack {
   // Per ply, for the checking-move iterator: the lines from the enemy king
   // that hold the mover's line pieces, along which a move may uncover check.
   std::array<unsigned, kPlyFrameCount> discoveryLines{};
-  // Per ply, for the iterator that moves only some men: their squares.
-  std::array<std::uint64_t, kPlyFrameCount> movers{};
+  // Per ply, for the iterator that makes only some moves: where each man
+  // may go, by its square.
+  std::array<MoverTargets, kPlyFrameCount> moverTargets{};
 
   PlyFrame& operator[](int ply) { return frames[static_cast<std::size_t>(ply)]; }
   const PlyFrame& operator[](int ply) const { return frames[static_cast<std::size_t>(ply)]; }

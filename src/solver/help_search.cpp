@@ -144,17 +144,17 @@ SolverJob::LastMoves SolverJob::lastMovesThatMayMate(int ply) {
   return kingMay ? LastMoves::KingOnly : LastMoves::None;
 }
 
-// Two plies earlier, on the mating side's move: which of its men may move
-// first in a line of its move, one of the other side and its check that
-// leaves that side mated.
+// Two plies earlier, on the mating side's move: which of its moves may start
+// a line of its move, one of the other side and its check that leaves that
+// side mated.
 SolverJob::LastMoves SolverJob::lastThreeMovesMayMate(int ply) {
   const core::Position& position = stack_[ply].position;
   const bool enPassant = core::enPassantPawn(stack_, ply) >= 0;
-  const std::uint64_t movers = stack_.sideAt(ply) == core::White
-                                   ? core::firstMoversThatMayMate<core::Black>(position, enPassant)
-                                   : core::firstMoversThatMayMate<core::White>(position, enPassant);
-  stack_.movers[static_cast<std::size_t>(ply)] = movers;
-  return movers != 0 ? LastMoves::Some : LastMoves::None;
+  core::MoverTargets& landings = stack_.moverTargets[static_cast<std::size_t>(ply)];
+  const bool may = stack_.sideAt(ply) == core::White
+                       ? core::firstMovesMayMate<core::Black>(position, enPassant, landings)
+                       : core::firstMovesMayMate<core::White>(position, enPassant, landings);
+  return may ? LastMoves::Some : LastMoves::None;
 }
 
 // The ply's next move: when only some moves may lead to mate, only those.

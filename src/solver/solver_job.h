@@ -94,7 +94,7 @@ class SolverJob : public jobs::Job {
   bool helpNextMate();
   void prefetchChildren();
   // Which moves of a ply may lead on to mate: all, the king's (and the
-  // pawns' double steps), those of the men in the ply's movers, or none.
+  // pawns' double steps), those the ply's mover targets allow, or none.
   enum class LastMoves { Any, KingOnly, Some, None };
   LastMoves lastMovesThatMayMate(int ply);
   LastMoves lastThreeMovesMayMate(int ply);
