@@ -108,6 +108,34 @@ inline std::uint64_t flightsOf(int king, std::uint64_t closed) {
          ~closed;
 }
 
+// For each piece slot, the most squares next to a king that a man of that
+// slot attacks from another square on an empty board, a pawn as whatever it
+// may promote to. What one man covers never exceeds it.
+constexpr std::array<int, 18> makeMostNextToKing() {
+  std::array<int, 18> most{};
+  for (int slot = 0; slot < 18; ++slot) {
+    const int colour = slot < 9 ? 0 : 9;
+    const bool pawn = slot % 9 == pieceSlot(piece::Pawn);
+    for (int king = 0; king < 64; ++king) {
+      const std::uint64_t around = check_geometry::kEmptyBoardAttacks[colour + pieceSlot(piece::King)][king];
+      for (int square = 0; square < 64; ++square) {
+        if (square == king) continue;
+        std::uint64_t attacked = check_geometry::kEmptyBoardAttacks[slot][square];
+        if (pawn) {
+          attacked |= check_geometry::kEmptyBoardAttacks[colour + pieceSlot(piece::Queen)][square] |
+                      check_geometry::kEmptyBoardAttacks[colour + pieceSlot(piece::Knight)][square];
+        }
+        most[slot] = std::max(most[slot], geometry::countOf(attacked & around));
+      }
+    }
+  }
+  return most;
+}
+
+inline constexpr auto kMostNextToKing = makeMostNextToKing();
+
+static_assert(kMostNextToKing[pieceSlot(piece::Knight)] == 2 && kMostNextToKing[pieceSlot(piece::King)] == 4);
+
 // The squares the man `code` attacks from `square` on an empty board; a pawn
 // on the last rank as a queen or a knight.
 inline std::uint64_t coverFrom(int code, int square) {
@@ -137,6 +165,7 @@ int mostCovered(const Position& lifted, int king, std::uint64_t flights, std::ui
     const int square = std::countr_zero(men);
     const int code = board[square];
     const auto slot = static_cast<std::size_t>(pieceSlot(code));
+    if (kMostNextToKing[slot] <= most) continue;
     // A man that moves twice may first step onto a line from the king and
     // then uncover it, or the king may step onto a line it shields.
     std::uint64_t leavings = std::uint64_t{1} << square;
@@ -209,6 +238,7 @@ void addFirstLandings(const Position& lifted, int king, std::uint64_t flights, i
       found |= reach;
       continue;
     }
+    if (kMostNextToKing[slot] + checking < uncovered) continue;
     // Covering from where it lands, the check coming from another man.
     std::uint64_t twice = 0;
     for (std::uint64_t rest = reach & ~found; rest != 0; rest &= rest - 1) {
@@ -221,6 +251,7 @@ void addFirstLandings(const Position& lifted, int king, std::uint64_t flights, i
     }
     // Moving on from there to check: the squares that would do, then the
     // landings that reach one.
+    if (kMostNextToKing[slot] < uncovered) continue;
     const bool discovers =
         linesMayForm &&
         ((reach | (std::uint64_t{1} << square)) &
