@@ -394,12 +394,12 @@ bool kingStepsMayBeMated(const Position& position) {
 // Where the men of the opponent of `Side`, to move, may go with the first move
 // of a line that leaves the king of `Side` mated: after the opponent's move,
 // one of its own and one more of the opponent, the last a check (or at once,
-// which needs no more). Fills `landings`, by the man's square, and says
-// whether any move may. Its own move either leaves the king where it is,
-// filling at most one flight, or steps it to a square next to it. Three men,
-// or two after a step, may leave lines. An en-passant capture now, castling,
-// or a pawn of the opponent that may promote within two moves let every move
-// through.
+// which needs no more). Fills the men's entries of `landings`, by their
+// squares, and says whether any move may. Its own move either leaves the king
+// where it is, filling at most one flight, or steps it to a square next to
+// it. Three men, or two after a step, may leave lines. An en-passant capture
+// now, castling, or a pawn of the opponent that may promote within two moves
+// let every move through.
 //
 // A step may go to a square that is not a flight now, when the opponent's
 // first move makes it one. A man that attacks the square by a step or a leap
@@ -411,7 +411,10 @@ bool firstMovesMayMate(const Position& position, bool enPassantPossible, MoverTa
   constexpr int Opponent = -Side;
   const std::int8_t* board = position.board;
   const std::uint64_t opponentMen = menOf<Opponent>(board);
-  landings.fill(0);
+  // Only the entries of the men are read.
+  for (std::uint64_t men = opponentMen; men != 0; men &= men - 1) {
+    landings[static_cast<std::size_t>(std::countr_zero(men))] = 0;
+  }
   bool allMoves =
       enPassantPossible || detail::opponentMayCastle<Side>(position) || detail::opponentMayCastle<-Side>(position);
   bool linesMayForm = false;
@@ -474,8 +477,8 @@ bool firstMovesMayMate(const Position& position, bool enPassantPossible, MoverTa
       }
     }
   }
-  for (const std::uint64_t targets : landings) {
-    if (targets != 0) return true;
+  for (std::uint64_t men = opponentMen; men != 0; men &= men - 1) {
+    if (landings[static_cast<std::size_t>(std::countr_zero(men))] != 0) return true;
   }
   return false;
 }
