@@ -125,9 +125,9 @@ struct PlyStack {
   // Per ply, for the checking-move iterator: the lines from the enemy king
   // that hold the mover's line pieces, along which a move may uncover check.
   std::array<unsigned, kPlyFrameCount> discoveryLines{};
-  // Per ply, for the iterator that makes only some moves: where each man
-  // may go, by its square.
-  std::array<MoverTargets, kPlyFrameCount> moverTargets{};
+  // For the iterator that makes only some moves: where each man may go, by
+  // its square. One ply of a search at a time uses it.
+  MoverTargets moverTargets{};
 
   PlyFrame& operator[](int ply) { return frames[static_cast<std::size_t>(ply)]; }
   const PlyFrame& operator[](int ply) const { return frames[static_cast<std::size_t>(ply)]; }

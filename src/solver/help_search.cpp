@@ -150,7 +150,7 @@ SolverJob::LastMoves SolverJob::lastMovesThatMayMate(int ply) {
 SolverJob::LastMoves SolverJob::lastThreeMovesMayMate(int ply) {
   const core::Position& position = stack_[ply].position;
   const bool enPassant = core::enPassantPawn(stack_, ply) >= 0;
-  core::MoverTargets& landings = stack_.moverTargets[static_cast<std::size_t>(ply)];
+  core::MoverTargets& landings = stack_.moverTargets;
   const bool may = stack_.sideAt(ply) == core::White
                        ? core::firstMovesMayMate<core::Black>(position, enPassant, landings)
                        : core::firstMovesMayMate<core::White>(position, enPassant, landings);
