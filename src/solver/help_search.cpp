@@ -20,18 +20,16 @@ SolverJob::Outcome SolverJob::helpSearch() {
       case Step::Enter: {
         stack_[ply_].searchFlag = 0;
         solved_[static_cast<std::size_t>(ply_)] = false;
-        // Which moves may lead on to mate from this ply; when none can, the
-        // ply fails at once. Before the last move of the side to be mated the
-        // count rules out most positions and costs less than a table lookup,
-        // so it comes first there and what it rules out is not stored.
-        const bool countFirst = ply_ == lastMovePly_ - 1;
-        LastMoves lastMoves = countFirst ? lastMovesThatMayMate(ply_) : LastMoves::Any;
-        if (lastMoves == LastMoves::None || provedAt(ply_) == ProofTable::Proof::Failure) {
+        if (provedAt(ply_) == ProofTable::Proof::Failure) {
           --ply_;
           step_ = ply_ < startPly() ? Step::Done : Step::NextMove;
           break;
         }
-        if (ply_ == lastMovePly_ - 2) lastMoves = lastThreeMovesMayMate(ply_);
+        // Which moves may lead on to mate from this ply; when none can, the
+        // ply fails at once.
+        const LastMoves lastMoves = ply_ == lastMovePly_ - 1   ? lastMovesThatMayMate(ply_)
+                                    : ply_ == lastMovePly_ - 2 ? lastThreeMovesMayMate(ply_)
+                                                               : LastMoves::Any;
         if (lastMoves == LastMoves::None) {
           storeFailure(ply_);
           --ply_;
@@ -39,7 +37,7 @@ SolverJob::Outcome SolverJob::helpSearch() {
           break;
         }
         stack_[ply_].searchCount = static_cast<int>(lastMoves);
-        if (ply_ < lastMovePly_ - 2 || ply_ == lastMovePly_ - 1) prefetchChildren();
+        if (ply_ < lastMovePly_) prefetchChildren();
         step_ = ply_ == lastMovePly_ ? Step::NextMate : Step::NextMove;
         break;
       }
