@@ -148,49 +148,35 @@ inline std::uint64_t coverFrom(int code, int square) {
   return attacked;
 }
 
-// The most of `flights` that one of the `movers`, men of the opponent of
-// `Side`, attacks after `moves` (one or two) moves of its own, at least
-// `enough` ending the count. With `checking`, only the squares from which it
-// bears on the king on `king` count, unless it may uncover a check by leaving
-// a line from the king: a line piece of its side further out with at most
+// The most of `flights` that one man of the opponent of `Side` attacks after
+// a move that checks the king on `king`, at least `enough` ending the count.
+// The move checks from where it lands, or uncovers a check by leaving a line
+// from the king: a line piece of its side further out with at most
 // `othersOnLine` other men between, or any line at all when `linesMayForm`.
 template <int Side>
-int mostCovered(const Position& lifted, int king, std::uint64_t flights, std::uint64_t movers, int moves, bool checking,
-                int othersOnLine, bool linesMayForm, int enough) {
+int mostCheckingCover(const Position& lifted, int king, std::uint64_t flights, int othersOnLine, bool linesMayForm,
+                      int enough) {
   constexpr int Opponent = -Side;
   const std::int8_t* board = lifted.board;
   int most = 0;
-  for (std::uint64_t men = movers; men != 0; men &= men - 1) {
+  for (std::uint64_t men = menOf<Opponent>(board); men != 0; men &= men - 1) {
     const int square = std::countr_zero(men);
     const int code = board[square];
     const auto slot = static_cast<std::size_t>(pieceSlot(code));
     if (kMostNextToKing[slot] <= most) continue;
-    // A man that moves twice may first step onto a line from the king and
-    // then uncover it, or the king may step onto a line it shields.
-    std::uint64_t leavings = std::uint64_t{1} << square;
-    if (moves == 2) leavings |= check_geometry::kReach[slot][static_cast<std::size_t>(square)];
     const bool discovers =
-        checking &&
-        ((linesMayForm &&
-          (leavings & check_geometry::kEmptyBoardAttacks[static_cast<std::size_t>(pieceSlot(piece::Queen))]
-                                                        [static_cast<std::size_t>(king)]) != 0) ||
-         uncoversCheck(lifted, Opponent, king, square, othersOnLine));
-    if (checking && !discovers && code == Opponent * piece::King) continue;
+        (linesMayForm &&
+         check_geometry::kLines[static_cast<std::size_t>(king)][static_cast<std::size_t>(square)] >= 0) ||
+        uncoversCheck(lifted, Opponent, king, square, othersOnLine);
+    if (!discovers && code == Opponent * piece::King) continue;
     const bool pawn = code == Opponent * piece::Pawn;
     std::uint64_t reach = check_geometry::kReach[slot][static_cast<std::size_t>(square)];
-    if (moves == 2) {
-      for (std::uint64_t first = reach; first != 0; first &= first - 1) {
-        reach |= check_geometry::kReach[slot][static_cast<std::size_t>(std::countr_zero(first))];
-      }
-    }
     // Any man but a pawn, which may promote, bears on the king from exactly
     // the squares it would attack standing on the king's.
-    if (checking && !discovers && !pawn) {
-      reach &= check_geometry::kEmptyBoardAttacks[slot][static_cast<std::size_t>(king)];
-    }
+    if (!discovers && !pawn) reach &= check_geometry::kEmptyBoardAttacks[slot][static_cast<std::size_t>(king)];
     for (; reach != 0; reach &= reach - 1) {
       const std::uint64_t attacked = coverFrom(code, std::countr_zero(reach));
-      if (checking && !discovers && ((attacked >> king) & 1) == 0) continue;
+      if (!discovers && ((attacked >> king) & 1) == 0) continue;
       most = std::max(most, geometry::countOf(attacked & flights));
       if (most >= enough) return most;
     }
@@ -207,8 +193,7 @@ template <int Side>
 bool replyMayCover(const Position& lifted, int king, std::uint64_t flights, int uncovered, int leaving,
                    std::uint64_t opening) {
   uncovered -= geometry::countOf(flights & opening);
-  return uncovered <= 0 || mostCovered<Side>(lifted, king, flights, menOf<-Side>(lifted.board), 1, true, leaving - 1,
-                                             false, uncovered) >= uncovered;
+  return uncovered <= 0 || mostCheckingCover<Side>(lifted, king, flights, leaving - 1, false, uncovered) >= uncovered;
 }
 
 // Where each of `candidates`, men of the opponent of `Side`, may land with
@@ -218,15 +203,12 @@ bool replyMayCover(const Position& lifted, int king, std::uint64_t flights, int 
 // a check, perhaps by a line piece the first move brought behind it); or the
 // first man moves again and checks from where it ends.
 template <int Side>
-void addFirstLandings(const Position& lifted, int king, std::uint64_t flights, int uncovered,
-                      std::uint64_t candidates, int leaving, std::uint64_t opening, bool linesMayForm,
-                      MoverTargets& landings) {
+void addFirstLandings(const Position& lifted, int king, std::uint64_t flights, int uncovered, std::uint64_t candidates,
+                      int leaving, std::uint64_t opening, bool linesMayForm, MoverTargets& landings) {
   constexpr int Opponent = -Side;
   uncovered -= geometry::countOf(flights & opening);
   const int checking =
-      uncovered <= 0 ? 0
-                     : mostCovered<Side>(lifted, king, flights, menOf<Opponent>(lifted.board), 1, true, leaving - 1,
-                                         linesMayForm, uncovered);
+      uncovered <= 0 ? 0 : mostCheckingCover<Side>(lifted, king, flights, leaving - 1, linesMayForm, uncovered);
   for (std::uint64_t men = candidates; men != 0; men &= men - 1) {
     const int square = std::countr_zero(men);
     const int code = lifted.board[square];
@@ -252,13 +234,13 @@ void addFirstLandings(const Position& lifted, int king, std::uint64_t flights, i
     // landings that reach one.
     if (kMostNextToKing[slot] < uncovered) continue;
     const bool discovers =
-        linesMayForm &&
-        ((reach | (std::uint64_t{1} << square)) &
-         check_geometry::kEmptyBoardAttacks[static_cast<std::size_t>(pieceSlot(piece::Queen))]
-                                           [static_cast<std::size_t>(king)]) != 0;
+        linesMayForm && ((reach | (std::uint64_t{1} << square)) &
+                         check_geometry::kEmptyBoardAttacks[static_cast<std::size_t>(pieceSlot(piece::Queen))]
+                                                           [static_cast<std::size_t>(king)]) != 0;
     if (!discovers) {
       if (code == Opponent * piece::King) continue;
-      if (code != Opponent * piece::Pawn) twice &= check_geometry::kEmptyBoardAttacks[slot][static_cast<std::size_t>(king)];
+      if (code != Opponent * piece::Pawn)
+        twice &= check_geometry::kEmptyBoardAttacks[slot][static_cast<std::size_t>(king)];
     }
     std::uint64_t checks = 0;
     for (; twice != 0; twice &= twice - 1) {
