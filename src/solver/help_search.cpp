@@ -38,6 +38,7 @@ SolverJob::Outcome SolverJob::helpSearch() {
         }
         stack_[ply_].searchCount = static_cast<int>(lastMoves);
         if (ply_ < lastMovePly_) prefetchChildren();
+        else childKeyCount_[static_cast<std::size_t>(ply_)] = 0;
         step_ = ply_ == lastMovePly_ ? Step::NextMate : Step::NextMove;
         break;
       }
@@ -109,14 +110,26 @@ void SolverJob::markSolved() {
 
 namespace velkaro::solver {
 
-// The table entries of the positions the ply's moves lead to are fetched from
-// memory before the first of them is looked up: a helpmate looks up nearly
-// every position it reaches, and waiting for each entry in turn costs more
-// than making the ply's moves twice.
+// A helpmate looks up nearly every position it reaches, and waiting for each
+// table entry in turn costs more than making the ply's moves twice. So when
+// a ply is entered it makes its moves once to keep the key of each position
+// they lead to, and starts fetching the first entries; each of those
+// positions takes its key from the list and starts fetching the entry a few
+// moves further on (provedAt), so that fetching overlaps the search instead
+// of all waiting at once.
 void SolverJob::prefetchChildren() {
+  int& count = childKeyCount_[static_cast<std::size_t>(ply_)];
+  count = 0;
   if (!tableAt(ply_ + 1)) return;
+  TableKey* keys = &childKeys_[static_cast<std::size_t>(ply_ * kMostChildren)];
   for (int continuing = 0; nextMoveAtHelpPly(continuing) < 0; continuing = 1) {
-    table_.prefetch(tableKeyAt(stack_, ply_ + 1, lastMovePly_ - ply_));
+    if (count == kMostChildren) {  // a set-up beyond any game's: its plies make their own keys
+      count = 0;
+      return;
+    }
+    keys[count] = tableKeyAt(stack_, ply_ + 1, lastMovePly_ - ply_);
+    if (count < kFetchAhead) table_.prefetch(keys[count]);
+    ++count;
   }
 }
 

@@ -42,6 +42,12 @@ std::uint64_t packedRow(const std::int8_t* row) {
 // A White king and a Black pawn share their four bits; no two other men do.
 static_assert(((core::piece::King >> 2) & 15) == ((-core::piece::Pawn >> 2) & 15));
 
+// Every entry of one position, whatever its plies left, lies in one bucket.
+std::uint64_t hashOf(const std::uint64_t* squares, std::uint32_t rest) {
+  rest &= ~kPliesLeft;
+  return mix(squares[0] ^ mix(squares[1] ^ mix(squares[2] ^ mix(squares[3] ^ rest))));
+}
+
 // Nearly every lookup lands on a page of its own; with the usual small pages
 // the processor spends as long finding the page as reading the entry. Where
 // the system offers large pages on request, the table asks for them.
@@ -71,6 +77,7 @@ TableKey tableKeyAt(const core::PlyStack& stack, int ply, int pliesLeft) {
                                         (position.blackLongCastle ? 8 : 0) | (position.blackShortCastle ? 16 : 0) |
                                         ((enPassant + 1) << 5) | (pliesLeft << kPliesLeftShift) |
                                         (position.whiteKingSquare << 18) | (position.blackKingSquare << 24));
+  key.hash = hashOf(key.squares, key.rest);
   return key;
 }
 
@@ -106,15 +113,7 @@ void ProofTable::reset(int megabytes) {
   }
 }
 
-// Every entry of one position, whatever its plies left, lies in one bucket.
-std::uint64_t ProofTable::hashOf(const std::uint64_t* squares, std::uint32_t rest) {
-  rest &= ~kPliesLeft;
-  return mix(squares[0] ^ mix(squares[1] ^ mix(squares[2] ^ mix(squares[3] ^ rest))));
-}
-
-ProofTable::Bucket& ProofTable::bucketOf(const TableKey& key) const {
-  return buckets_[hashOf(key.squares, key.rest) & mask_];
-}
+ProofTable::Bucket& ProofTable::bucketOf(const TableKey& key) const { return buckets_[key.hash & mask_]; }
 
 // Doubles the buckets in use: each entry of bucket i either stays or moves to
 // bucket i + n, by the next bit of its hash, into the same slot of its new

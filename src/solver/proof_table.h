@@ -26,6 +26,7 @@ namespace velkaro::solver {
 struct TableKey {
   std::uint64_t squares[4] = {0, 0, 0, 0};
   std::uint32_t rest = 0;  // side, castling rights, en-passant square, plies left, king squares
+  std::uint64_t hash = 0;  // picks the bucket; the same for every number of plies left
 };
 
 // Where the plies left stand in TableKey::rest.
@@ -71,7 +72,6 @@ class ProofTable {
 
   static constexpr std::uint32_t kSuccess = 1u << 31;
 
-  static std::uint64_t hashOf(const std::uint64_t* squares, std::uint32_t rest);
   Bucket& bucketOf(const TableKey& key) const;
   bool holds(const Entry& entry, const TableKey& key) const;
   bool current(const Entry& entry) const { return (entry.stamp & ~kSuccess) == generation_; }

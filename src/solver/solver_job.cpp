@@ -71,6 +71,7 @@ void SolverJob::beginDepth() {
   firstMovesTotal_ = settings_.firstMove ? 1 : settings_.countsFirstMoves ? core::countMoves(stack_, 1) : 0;
   stack_[ply_].searchFlag = 0;
   stack_[1].searchCount = 0;
+  childKeyCount_ = {};
   helpmatePlies_ = 0;
   if (settings_.firstMove) computeThreat();
 }
@@ -95,7 +96,17 @@ bool SolverJob::tableAt(int ply) const {
 ProofTable::Proof SolverJob::provedAt(int ply) {
   if (!tableAt(ply)) return ProofTable::Proof::None;
   TableKey& key = keys_[static_cast<std::size_t>(ply)];
-  key = tableKeyAt(stack_, ply, lastMovePly_ + 1 - ply);
+  // A helpmate ply's key was made when its parent was entered
+  // (prefetchChildren), with the parent's other moves.
+  const int known = childKeyCount_[static_cast<std::size_t>(ply - 1)];
+  if (known > 0) {
+    const int index = stack_[ply - 1].searchFlag - 1;
+    const TableKey* keys = &childKeys_[static_cast<std::size_t>((ply - 1) * kMostChildren)];
+    key = keys[index];
+    if (index + kFetchAhead < known) table_.prefetch(keys[index + kFetchAhead]);
+  } else {
+    key = tableKeyAt(stack_, ply, lastMovePly_ + 1 - ply);
+  }
   const ProofTable::Proof proof = table_.proved(key);
   return proof == ProofTable::Proof::Success && ply < kFirstSuccessPly ? ProofTable::Proof::None : proof;
 }

@@ -138,6 +138,16 @@ class SolverJob : public jobs::Job {
   // The key of each ply's position, made when the ply is entered and used
   // again when what the ply proves is stored.
   std::array<TableKey, core::kPlyFrameCount> keys_{};
+  // Per helpmate ply: the keys of the positions its moves lead to, in move
+  // order, made when the ply is entered; each of them takes its key from
+  // here. No position of a game has more than 218 legal moves; a count of 0
+  // means the ply kept no keys.
+  static constexpr int kMostChildren = 256;
+  std::vector<TableKey> childKeys_ = std::vector<TableKey>(core::kPlyFrameCount * kMostChildren);
+  std::array<int, core::kPlyFrameCount> childKeyCount_{};
+  // How many moves ahead of the one being searched a ply's table entries are
+  // being fetched from memory.
+  static constexpr int kFetchAhead = 8;
   // Per ply: the killer move of the plies that use one, and the move that
   // mated last at a direct mate's last ply.
   std::array<core::MoveRecord, core::kPlyFrameCount> killers_{};
