@@ -38,7 +38,6 @@ SolverJob::Outcome SolverJob::helpSearch() {
         }
         stack_[ply_].searchCount = static_cast<int>(lastMoves);
         if (ply_ < lastMovePly_) prefetchChildren();
-        else childKeyCount_[static_cast<std::size_t>(ply_)] = 0;
         step_ = ply_ == lastMovePly_ ? Step::NextMate : Step::NextMove;
         break;
       }
