@@ -14,8 +14,10 @@
 // ignored, so a count may allow a mate that cannot be, never the reverse.
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <cstdint>
+#include <vector>
 
 #include "core/attacks.h"
 #include "core/check_geometry.h"
@@ -108,33 +110,6 @@ inline std::uint64_t flightsOf(int king, std::uint64_t closed) {
          ~closed;
 }
 
-// For each piece slot, the most squares next to a king that a man of that
-// slot attacks from another square on an empty board, a pawn as whatever it
-// may promote to. What one man covers never exceeds it. Worked out when the
-// program starts: at compile time it takes more steps than compilers allow.
-inline std::array<int, 18> makeMostNextToKing() {
-  std::array<int, 18> most{};
-  for (int slot = 0; slot < 18; ++slot) {
-    const int colour = slot < 9 ? 0 : 9;
-    const bool pawn = slot % 9 == pieceSlot(piece::Pawn);
-    for (int king = 0; king < 64; ++king) {
-      const std::uint64_t around = check_geometry::kEmptyBoardAttacks[colour + pieceSlot(piece::King)][king];
-      for (int square = 0; square < 64; ++square) {
-        if (square == king) continue;
-        std::uint64_t attacked = check_geometry::kEmptyBoardAttacks[slot][square];
-        if (pawn) {
-          attacked |= check_geometry::kEmptyBoardAttacks[colour + pieceSlot(piece::Queen)][square] |
-                      check_geometry::kEmptyBoardAttacks[colour + pieceSlot(piece::Knight)][square];
-        }
-        most[slot] = std::max(most[slot], geometry::countOf(attacked & around));
-      }
-    }
-  }
-  return most;
-}
-
-inline const std::array<int, 18> kMostNextToKing = makeMostNextToKing();
-
 // The squares the man `code` attacks from `square` on an empty board; a pawn
 // on the last rank as a queen or a knight.
 inline std::uint64_t coverFrom(int code, int square) {
@@ -146,6 +121,83 @@ inline std::uint64_t coverFrom(int code, int square) {
                 check_geometry::kEmptyBoardAttacks[static_cast<std::size_t>(pieceSlot(side * piece::Knight))][at];
   }
   return attacked;
+}
+
+// For a man on a square and a king square: the most squares next to the king
+// the man attacks on an empty board after one move (by the squares kReach
+// gives; a pawn reaching the last rank as a queen or a knight), and after two.
+struct NearKingCover {
+  std::uint8_t oneMove;
+  std::uint8_t twoMoves;
+};
+
+inline std::size_t nearKingIndex(int slot, int square, int king) {
+  return (static_cast<std::size_t>(slot) * 64 + static_cast<std::size_t>(square)) * 64 + static_cast<std::size_t>(king);
+}
+
+// Worked out when the program starts, by piece slot, square and king square.
+inline std::vector<NearKingCover> makeNearKingCover() {
+  std::vector<NearKingCover> table(18 * 64 * 64, NearKingCover{0, 0});
+  const auto& around = check_geometry::kEmptyBoardAttacks[static_cast<std::size_t>(pieceSlot(piece::King))];
+  for (int kind : {piece::King, piece::Queen, piece::Rook, piece::Bishop, piece::Knight, piece::Pawn}) {
+    for (int side : {White, Black}) {
+      const int code = side * kind;
+      const auto& reach = check_geometry::kReach[static_cast<std::size_t>(pieceSlot(code))];
+      // What the man covers next to each king, standing on each square.
+      std::array<std::array<std::uint8_t, 64>, 64> near{};
+      for (std::size_t square = 0; square < 64; ++square) {
+        const std::uint64_t cover = coverFrom(code, static_cast<int>(square));
+        for (std::size_t king = 0; king < 64; ++king) {
+          near[square][king] = static_cast<std::uint8_t>(geometry::countOf(cover & around[king]));
+        }
+      }
+      const auto takeMost = [&near](std::array<std::uint8_t, 64>& most, std::uint64_t squares) {
+        for (; squares != 0; squares &= squares - 1) {
+          const auto& covered = near[static_cast<std::size_t>(std::countr_zero(squares))];
+          for (std::size_t king = 0; king < 64; ++king) most[king] = std::max(most[king], covered[king]);
+        }
+      };
+      for (int from = 0; from < 64; ++from) {
+        const std::uint64_t once = reach[static_cast<std::size_t>(from)];
+        std::uint64_t twice = 0;
+        for (std::uint64_t rest = once; rest != 0; rest &= rest - 1) {
+          twice |= reach[static_cast<std::size_t>(std::countr_zero(rest))];
+        }
+        std::array<std::uint8_t, 64> oneMove{};
+        std::array<std::uint8_t, 64> twoMoves{};
+        takeMost(oneMove, once);
+        takeMost(twoMoves, twice);
+        for (int king = 0; king < 64; ++king) {
+          table[nearKingIndex(pieceSlot(code), from, king)] =
+              NearKingCover{oneMove[static_cast<std::size_t>(king)], twoMoves[static_cast<std::size_t>(king)]};
+        }
+      }
+    }
+  }
+  return table;
+}
+
+inline const std::vector<NearKingCover> kNearKingCover = makeNearKingCover();
+
+// Whether the men on `men` could cover `uncovered` squares next to a king on
+// `king` with two moves between them: one move each of two men, or two moves
+// of one. Each man is read from `lifted`; a square left empty there (the man
+// a king's step takes) reads as slot 0, as the landings below read it.
+inline bool twoMovesMayCover(const Position& lifted, int king, int uncovered, std::uint64_t men) {
+  int first = 0;
+  int second = 0;
+  for (; men != 0; men &= men - 1) {
+    const int square = std::countr_zero(men);
+    const NearKingCover most = kNearKingCover[nearKingIndex(pieceSlot(lifted.board[square]), square, king)];
+    if (most.twoMoves >= uncovered) return true;
+    if (most.oneMove > first) {
+      second = first;
+      first = most.oneMove;
+    } else if (most.oneMove > second) {
+      second = most.oneMove;
+    }
+  }
+  return first + second >= uncovered;
 }
 
 // The most of `flights` that one man of the opponent of `Side` attacks after
@@ -163,7 +215,7 @@ int mostCheckingCover(const Position& lifted, int king, std::uint64_t flights, i
     const int square = std::countr_zero(men);
     const int code = board[square];
     const auto slot = static_cast<std::size_t>(pieceSlot(code));
-    if (kMostNextToKing[slot] <= most) continue;
+    if (kNearKingCover[nearKingIndex(static_cast<int>(slot), square, king)].oneMove <= most) continue;
     const bool discovers =
         (linesMayForm &&
          check_geometry::kLines[static_cast<std::size_t>(king)][static_cast<std::size_t>(square)] >= 0) ||
@@ -207,6 +259,8 @@ void addFirstLandings(const Position& lifted, int king, std::uint64_t flights, i
                       int leaving, std::uint64_t opening, bool linesMayForm, MoverTargets& landings) {
   constexpr int Opponent = -Side;
   uncovered -= geometry::countOf(flights & opening);
+  // No two moves of these men cover enough even on an empty board.
+  if (uncovered > 0 && !twoMovesMayCover(lifted, king, uncovered, candidates | menOf<Opponent>(lifted.board))) return;
   const int checking =
       uncovered <= 0 ? 0 : mostCheckingCover<Side>(lifted, king, flights, leaving - 1, linesMayForm, uncovered);
   for (std::uint64_t men = candidates; men != 0; men &= men - 1) {
@@ -215,11 +269,12 @@ void addFirstLandings(const Position& lifted, int king, std::uint64_t flights, i
     const auto slot = static_cast<std::size_t>(pieceSlot(code));
     const std::uint64_t reach = check_geometry::kReach[slot][static_cast<std::size_t>(square)];
     std::uint64_t& found = landings[static_cast<std::size_t>(square)];
+    const NearKingCover near = kNearKingCover[nearKingIndex(static_cast<int>(slot), square, king)];
     if (checking >= uncovered) {
       found |= reach;
       continue;
     }
-    if (kMostNextToKing[slot] + checking < uncovered) continue;
+    if (near.oneMove + checking < uncovered && near.twoMoves < uncovered) continue;
     // Covering from where it lands, the check coming from another man.
     std::uint64_t twice = 0;
     for (std::uint64_t rest = reach & ~found; rest != 0; rest &= rest - 1) {
@@ -232,7 +287,7 @@ void addFirstLandings(const Position& lifted, int king, std::uint64_t flights, i
     }
     // Moving on from there to check: the squares that would do, then the
     // landings that reach one.
-    if (kMostNextToKing[slot] < uncovered) continue;
+    if (near.twoMoves < uncovered) continue;
     const bool discovers =
         linesMayForm && ((reach | (std::uint64_t{1} << square)) &
                          check_geometry::kEmptyBoardAttacks[static_cast<std::size_t>(pieceSlot(piece::Queen))]
