@@ -5,6 +5,7 @@
 
 #include <CLI/App.hpp>
 #include <cstdint>
+#include <cstdio>
 #include <memory>
 #include <optional>
 #include <string>
@@ -79,10 +80,13 @@ class StderrMessages : public core::MessageSink {
   void showMessage(std::string_view caption, std::string_view text) override;
 };
 
-// stdout gets exactly the plain-text result, as it is written.
+// stdout gets exactly the plain-text result, each result as soon as it is
+// complete: a solution of many lines costs one write, and an interrupted run
+// has printed every result found before it.
 class PrintedText : public solver::LineSink {
  public:
   void appendText(std::string_view text) override;
+  void resultShown(bool beep) override;
 };
 
 // On a terminal the clock, the tested moves (or what the job counts) and the
@@ -113,6 +117,7 @@ int runJob(const Settings& settings, int language) {
   const auto job = std::make_unique<Job>(progress, writer, messages);  // the ply stack is large
   const jobs::RunEnd end = job->start(settings);
   progress.clear();
+  std::fflush(stdout);  // the result before the summary, also when both go to one pipe
   if (end == jobs::RunEnd::Refused) return kExitRefused;
   printSummary(static_cast<double>(job->elapsedMs()) / 1000.0, job->testedMoves().total());
   return 0;

@@ -21,10 +21,9 @@ void StderrMessages::showMessage(std::string_view, std::string_view text) {
   std::fprintf(stderr, "%.*s\n", static_cast<int>(text.size()), text.data());
 }
 
-void PrintedText::appendText(std::string_view text) {
-  std::fwrite(text.data(), 1, text.size(), stdout);
-  if (!text.empty() && text.back() == '\n') std::fflush(stdout);
-}
+void PrintedText::appendText(std::string_view text) { std::fwrite(text.data(), 1, text.size(), stdout); }
+
+void PrintedText::resultShown(bool) { std::fflush(stdout); }
 
 TerminalProgress::TerminalProgress(const char* counted) : shown_(isatty(STDERR_FILENO) != 0), counted_(counted) {}
 
