@@ -229,7 +229,7 @@ int mostCheckingCover(const Position& lifted, int king, std::uint64_t flights, i
     for (; reach != 0; reach &= reach - 1) {
       const std::uint64_t attacked = coverFrom(code, std::countr_zero(reach));
       if (!discovers && ((attacked >> king) & 1) == 0) continue;
-      most = std::max(most, geometry::countOf(attacked & flights));
+      most = std::max(most, geometry::squaresIn(attacked & flights));
       if (most >= enough) return most;
     }
   }
@@ -244,7 +244,7 @@ int mostCheckingCover(const Position& lifted, int king, std::uint64_t flights, i
 template <int Side>
 bool replyMayCover(const Position& lifted, int king, std::uint64_t flights, int uncovered, int leaving,
                    std::uint64_t opening) {
-  uncovered -= geometry::countOf(flights & opening);
+  uncovered -= geometry::squaresIn(flights & opening);
   return uncovered <= 0 || mostCheckingCover<Side>(lifted, king, flights, leaving - 1, false, uncovered) >= uncovered;
 }
 
@@ -258,7 +258,7 @@ template <int Side>
 void addFirstLandings(const Position& lifted, int king, std::uint64_t flights, int uncovered, std::uint64_t candidates,
                       int leaving, std::uint64_t opening, bool linesMayForm, MoverTargets& landings) {
   constexpr int Opponent = -Side;
-  uncovered -= geometry::countOf(flights & opening);
+  uncovered -= geometry::squaresIn(flights & opening);
   // No two moves of these men cover enough even on an empty board.
   if (uncovered > 0 && !twoMovesMayCover(lifted, king, uncovered, candidates | menOf<Opponent>(lifted.board))) return;
   const int checking =
@@ -279,7 +279,7 @@ void addFirstLandings(const Position& lifted, int king, std::uint64_t flights, i
     std::uint64_t twice = 0;
     for (std::uint64_t rest = reach & ~found; rest != 0; rest &= rest - 1) {
       const int target = std::countr_zero(rest);
-      if (geometry::countOf(coverFrom(code, target) & flights) + checking >= uncovered) {
+      if (geometry::squaresIn(coverFrom(code, target) & flights) + checking >= uncovered) {
         found |= std::uint64_t{1} << target;
       } else {
         twice |= check_geometry::kReach[slot][static_cast<std::size_t>(target)];
@@ -301,7 +301,7 @@ void addFirstLandings(const Position& lifted, int king, std::uint64_t flights, i
     for (; twice != 0; twice &= twice - 1) {
       const int target = std::countr_zero(twice);
       const std::uint64_t cover = coverFrom(code, target);
-      if ((discovers || ((cover >> king) & 1) != 0) && geometry::countOf(cover & flights) >= uncovered) {
+      if ((discovers || ((cover >> king) & 1) != 0) && geometry::squaresIn(cover & flights) >= uncovered) {
         checks |= std::uint64_t{1} << target;
       }
     }
@@ -384,8 +384,8 @@ bool flightsMayAllBeCovered(const Position& position, bool enPassantPossible) {
   lifted.board[king] = 0;
   const std::uint64_t flights = detail::flightsOf(king, detail::closedSquares<Side>(lifted));
   constexpr int kLeaving = 2;
-  if (geometry::countOf(flights) <= 1) return true;
-  const int uncovered = geometry::countOf(flights) - detail::fillable<Side>(lifted, flights);
+  if (geometry::squaresIn(flights) <= 1) return true;
+  const int uncovered = geometry::squaresIn(flights) - detail::fillable<Side>(lifted, flights);
   return detail::replyMayCover<Side>(lifted, king, flights, uncovered, kLeaving,
                                      detail::linesWithLeaving(lifted, -Side, kLeaving));
 }
@@ -412,14 +412,14 @@ bool kingStepsMayBeMated(const Position& position) {
     const int step = std::countr_zero(rest);
     const std::uint64_t flights = detail::flightsOf(step, closed);
     if (lifted.board[step] == 0) {
-      if (detail::replyMayCover<Side>(lifted, step, flights, geometry::countOf(flights), kLeaving, opening))
+      if (detail::replyMayCover<Side>(lifted, step, flights, geometry::squaresIn(flights), kLeaving, opening))
         return true;
       continue;
     }
     // A line through the square taken may open when a man leaves it.
     Position afterCapture = lifted;
     afterCapture.board[step] = 0;
-    if (detail::replyMayCover<Side>(afterCapture, step, flights, geometry::countOf(flights), kLeaving,
+    if (detail::replyMayCover<Side>(afterCapture, step, flights, geometry::squaresIn(flights), kLeaving,
                                     detail::linesWithLeaving(afterCapture, -Side, kLeaving))) {
       return true;
     }
@@ -476,7 +476,7 @@ bool firstMovesMayMate(const Position& position, bool enPassantPossible, MoverTa
   {
     constexpr int kLeaving = 3;
     const std::uint64_t flights = detail::flightsOf(king, closed);
-    const int uncovered = geometry::countOf(flights) - detail::fillable<Side>(lifted, flights);
+    const int uncovered = geometry::squaresIn(flights) - detail::fillable<Side>(lifted, flights);
     detail::addFirstLandings<Side>(lifted, king, flights, uncovered, opponentMen, kLeaving,
                                    detail::linesWithLeaving(lifted, Opponent, kLeaving), linesMayForm, landings);
   }
@@ -489,13 +489,13 @@ bool firstMovesMayMate(const Position& position, bool enPassantPossible, MoverTa
     std::uint64_t candidates = opponentMen;
     if ((closed >> step) & 1) {
       const std::uint64_t leapers = detail::leapersAttacking<Side>(lifted, step);
-      if (geometry::countOf(leapers) > 1) continue;
+      if (geometry::squaresIn(leapers) > 1) continue;
       if (leapers != 0) candidates = leapers;
     }
     const std::uint64_t flights = detail::flightsOf(step, closed);
     const int code = lifted.board[step];
     if (code == 0) {
-      detail::addFirstLandings<Side>(lifted, step, flights, geometry::countOf(flights), candidates, kLeaving, opening,
+      detail::addFirstLandings<Side>(lifted, step, flights, geometry::squaresIn(flights), candidates, kLeaving, opening,
                                      linesMayForm, landings);
       continue;
     }
@@ -503,9 +503,9 @@ bool firstMovesMayMate(const Position& position, bool enPassantPossible, MoverTa
     emptied.board[step] = 0;
     const std::uint64_t emptiedOpening = detail::linesWithLeaving(emptied, Opponent, kLeaving);
     if (code * Side < 0) {
-      detail::addFirstLandings<Side>(emptied, step, flights, geometry::countOf(flights), candidates, kLeaving,
+      detail::addFirstLandings<Side>(emptied, step, flights, geometry::squaresIn(flights), candidates, kLeaving,
                                      emptiedOpening, linesMayForm, landings);
-    } else if (detail::replyMayCover<Side>(emptied, step, flights, geometry::countOf(flights), kLeaving,
+    } else if (detail::replyMayCover<Side>(emptied, step, flights, geometry::squaresIn(flights), kLeaving,
                                            emptiedOpening)) {
       // The first move takes the man on the square.
       for (std::uint64_t men = candidates & detail::menAttacking<Opponent>(lifted, step); men != 0; men &= men - 1) {

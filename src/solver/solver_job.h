@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "core/first_moves.h"
+#include "core/geometry.h"
 #include "core/position.h"
 #include "core/stipulation.h"
 #include "jobs/job.h"
@@ -96,8 +97,8 @@ class SolverJob : public jobs::Job {
   // Which moves of a ply may lead on to mate: all, the king's (and the
   // pawns' double steps), those the ply's mover targets allow, or none.
   enum class LastMoves { Any, KingOnly, Some, None };
-  LastMoves lastMovesThatMayMate(int ply);
-  LastMoves lastThreeMovesMayMate(int ply);
+  VELKARO_COUNTING_STEP LastMoves lastMovesThatMayMate(int ply);
+  VELKARO_COUNTING_STEP LastMoves lastThreeMovesMayMate(int ply);
   int nextMoveAtHelpPly(int continuing);
 
   // The table of proved results: which plies may use it, and its use there.
