@@ -157,16 +157,34 @@ ProofTable::Proof ProofTable::proved(const TableKey& key) const {
 void ProofTable::store(const TableKey& key, Proof proof) {
   if (buckets_ == nullptr || proof == Proof::None) return;
   Bucket& bucket = bucketOf(key);
-  Entry* slot = &bucket.entries[0];
-  if (current(*slot) && (slot->rest & kPliesLeft) > (key.rest & kPliesLeft)) {
-    // The deeper entry stays; the other two take the new one in turn.
-    Entry& first = bucket.entries[1];
-    Entry& second = bucket.entries[2];
-    slot = !current(first) ? &first : !current(second) ? &second : (stores_ & 1) != 0 ? &first : &second;
+  const std::uint32_t stamp = generation_ | (proof == Proof::Success ? kSuccess : 0);
+  const std::uint32_t plies = key.rest & kPliesLeft;
+  // A proof of the same position that the new one covers (it did not answer
+  // the question, or the search would not have run) gives way in its place.
+  for (Entry& entry : bucket.entries) {
+    if (entry.stamp != stamp || (entry.rest & ~kPliesLeft) != (key.rest & ~kPliesLeft) ||
+        entry.squares[0] != key.squares[0] || entry.squares[1] != key.squares[1] ||
+        entry.squares[2] != key.squares[2] || entry.squares[3] != key.squares[3]) {
+      continue;
+    }
+    const std::uint32_t had = entry.rest & kPliesLeft;
+    if (proof == Proof::Success ? plies <= had : plies >= had) {
+      entry.rest = key.rest;
+      return;
+    }
   }
-  *slot = Entry{{key.squares[0], key.squares[1], key.squares[2], key.squares[3]},
-                key.rest,
-                generation_ | (proof == Proof::Success ? kSuccess : 0)};
+  // Otherwise the new proof takes an empty place or that of the proof with
+  // the fewest plies left (it saved the least work), among equals in turn.
+  Entry* victim = nullptr;
+  for (int i = 0; i < kEntries; ++i) {
+    Entry& entry = bucket.entries[(stores_ + static_cast<std::size_t>(i)) % kEntries];
+    if (!current(entry)) {
+      victim = &entry;
+      break;
+    }
+    if (victim == nullptr || (entry.rest & kPliesLeft) < (victim->rest & kPliesLeft)) victim = &entry;
+  }
+  *victim = Entry{{key.squares[0], key.squares[1], key.squares[2], key.squares[3]}, key.rest, stamp};
   if (++stores_ > mask_ && mask_ < maxMask_) grow();
 }
 

@@ -60,8 +60,9 @@ class ProofTable {
     std::uint32_t rest;
     std::uint32_t stamp;  // the generation, with kSuccess for a proved success; 0: never written
   };
-  // Three entries share two cache lines: the first keeps the entry with more
-  // plies left (it saved more work), the other two take the newest in turn.
+  // Three entries share two cache lines. A new proof always comes in; when
+  // the bucket is full it displaces the proof with the fewest plies left (it
+  // saved the least work), or a weaker proof of its own position.
   struct alignas(128) Bucket {
     Entry entries[3];
   };
