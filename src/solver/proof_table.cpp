@@ -134,15 +134,20 @@ void ProofTable::grow() {
   stores_ = 0;
 }
 
+// The entry is of the key's position, for whatever number of plies left.
+bool ProofTable::ofPosition(const Entry& entry, const TableKey& key) {
+  return (entry.rest & ~kPliesLeft) == (key.rest & ~kPliesLeft) && entry.squares[0] == key.squares[0] &&
+         entry.squares[1] == key.squares[1] && entry.squares[2] == key.squares[2] &&
+         entry.squares[3] == key.squares[3];
+}
+
 // The entry is of the key's position and answers for its plies left: a
 // failure proved with at least as many, a success with at most as many.
 bool ProofTable::holds(const Entry& entry, const TableKey& key) const {
-  if (!current(entry) || (entry.rest & ~kPliesLeft) != (key.rest & ~kPliesLeft)) return false;
+  if (!current(entry) || !ofPosition(entry, key)) return false;
   const std::uint32_t proved = entry.rest & kPliesLeft;
   const std::uint32_t asked = key.rest & kPliesLeft;
-  if ((entry.stamp & kSuccess) != 0 ? proved > asked : proved < asked) return false;
-  return entry.squares[0] == key.squares[0] && entry.squares[1] == key.squares[1] &&
-         entry.squares[2] == key.squares[2] && entry.squares[3] == key.squares[3];
+  return (entry.stamp & kSuccess) != 0 ? proved <= asked : proved >= asked;
 }
 
 ProofTable::Proof ProofTable::proved(const TableKey& key) const {
@@ -162,11 +167,7 @@ void ProofTable::store(const TableKey& key, Proof proof) {
   // A proof of the same position that the new one covers (it did not answer
   // the question, or the search would not have run) gives way in its place.
   for (Entry& entry : bucket.entries) {
-    if (entry.stamp != stamp || (entry.rest & ~kPliesLeft) != (key.rest & ~kPliesLeft) ||
-        entry.squares[0] != key.squares[0] || entry.squares[1] != key.squares[1] ||
-        entry.squares[2] != key.squares[2] || entry.squares[3] != key.squares[3]) {
-      continue;
-    }
+    if (entry.stamp != stamp || !ofPosition(entry, key)) continue;
     const std::uint32_t had = entry.rest & kPliesLeft;
     if (proof == Proof::Success ? plies <= had : plies >= had) {
       entry.rest = key.rest;

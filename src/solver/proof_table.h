@@ -74,6 +74,7 @@ class ProofTable {
   static constexpr std::uint32_t kSuccess = 1u << 31;
 
   Bucket& bucketOf(const TableKey& key) const;
+  static bool ofPosition(const Entry& entry, const TableKey& key);
   bool holds(const Entry& entry, const TableKey& key) const;
   bool current(const Entry& entry) const { return (entry.stamp & ~kSuccess) == generation_; }
   void grow();
