@@ -17,6 +17,7 @@
 #include <array>
 #include <bit>
 #include <cstdint>
+#include <cstring>
 #include <vector>
 
 #include "core/attacks.h"
@@ -37,30 +38,104 @@ constexpr bool bearsAlong(int code, int side, int direction) {
 inline constexpr int kDirectionFileStep[8] = {-1, -1, 0, 1, 1, 1, 0, -1};
 inline constexpr int kDirectionRowStep[8] = {0, -1, -1, -1, 0, 1, 1, 1};
 
-// The squares a line piece of `side` would attack once at most `men` men
-// between it and them had left.
-inline std::uint64_t linesWithLeaving(const Position& position, int side, int men) {
-  std::uint64_t squares = 0;
+// The squares beyond each square along each direction, nearest first when
+// read from the low end for directions 4 to 7 and from the high end for 0
+// to 3 (those go to lower square numbers).
+constexpr std::array<std::array<std::uint64_t, 64>, 8> makeRays() {
+  std::array<std::array<std::uint64_t, 64>, 8> rays{};
+  for (int direction = 0; direction < 8; ++direction) {
+    for (int square = 0; square < 64; ++square) {
+      for (int file = (square & 7) + kDirectionFileStep[direction], row = (square >> 3) + kDirectionRowStep[direction];
+           geometry::onBoard(file, row); file += kDirectionFileStep[direction], row += kDirectionRowStep[direction]) {
+        rays[static_cast<std::size_t>(direction)][static_cast<std::size_t>(square)] |= std::uint64_t{1}
+                                                                                       << (8 * row + file);
+      }
+    }
+  }
+  return rays;
+}
+
+inline constexpr auto kRays = makeRays();
+
+// The nearest of `squares`, all on one ray along `direction`.
+inline int nearestOn(std::uint64_t squares, int direction) {
+  return direction < 4 ? 63 - std::countl_zero(squares) : std::countr_zero(squares);
+}
+
+// The squares of the ray along `direction` from a square up to and with
+// `blocker`, which lies on it.
+inline std::uint64_t rayUpTo(std::uint64_t ray, int direction, int blocker) {
+  return ray & ~kRays[static_cast<std::size_t>(direction)][static_cast<std::size_t>(blocker)];
+}
+
+// The squares men stand on.
+inline std::uint64_t occupiedOf(const std::int8_t* board) {
+  constexpr std::uint64_t kSignBits = 0x8080808080808080;
+  std::uint64_t occupied = 0;
+  for (int row = 0; row < 8; ++row) {
+    std::uint64_t bytes;
+    std::memcpy(&bytes, board + 8 * row, sizeof bytes);
+    if constexpr (std::endian::native == std::endian::big) bytes = __builtin_bswap64(bytes);
+    const std::uint64_t nonzero = (((bytes & ~kSignBits) + ~kSignBits) | bytes) & kSignBits;
+    occupied |= (((nonzero >> 7) * 0x0102040810204080) >> 56) << (8 * row);
+  }
+  return occupied;
+}
+
+// How many moves of each side may leave the lines: `own` of the line
+// pieces' side, `other` of the other side.
+struct Leaving {
+  int own;
+  int other;
+};
+
+// For each of `budgets`, the squares a line piece of `side` would attack once
+// the men between it and them had left. A move empties only the square it
+// leaves: a man of `side` leaves by a move of its own, a man of the other
+// side by its own move or by being taken and the taker moving on, two moves
+// of `side`. Each line is walked once for all the budgets.
+template <std::size_t N>
+std::array<std::uint64_t, N> linesWithLeaving(const Position& position, int side,
+                                              const std::array<Leaving, N>& budgets) {
+  std::array<std::uint64_t, N> squares{};
+  const std::uint64_t occupied = occupiedOf(position.board);
   for (std::uint64_t pieces = side == White ? menOf<White>(position.board) : menOf<Black>(position.board); pieces != 0;
        pieces &= pieces - 1) {
     const int from = std::countr_zero(pieces);
     const int code = position.board[static_cast<std::size_t>(from)];
     for (int direction = 0; direction < 8; ++direction) {
       if (!bearsAlong(code, side, direction)) continue;
-      int file = from & 7;
-      int row = from >> 3;
-      int passed = 0;
-      for (;;) {
-        file += kDirectionFileStep[direction];
-        row += kDirectionRowStep[direction];
-        if (!geometry::onBoard(file, row)) break;
-        const int at = 8 * row + file;
-        squares |= std::uint64_t{1} << at;
-        if (position.board[static_cast<std::size_t>(at)] != 0 && ++passed > men) break;
+      const std::uint64_t ray = kRays[static_cast<std::size_t>(direction)][static_cast<std::size_t>(from)];
+      unsigned open = (1u << N) - 1;  // the budgets the line still reaches through
+      int own = 0;
+      int other = 0;
+      for (std::uint64_t blockers = ray & occupied; blockers != 0 && open != 0;) {
+        const int at = nearestOn(blockers, direction);
+        blockers &= ~(std::uint64_t{1} << at);
+        if (position.board[static_cast<std::size_t>(at)] * side > 0) {
+          ++own;
+        } else {
+          ++other;
+        }
+        for (std::size_t budget = 0; budget < N; ++budget) {
+          const Leaving leaving = budgets[budget];
+          if (((open >> budget) & 1) != 0 &&
+              (own > leaving.own || other > leaving.other + (leaving.own - own) / 2)) {
+            squares[budget] |= rayUpTo(ray, direction, at);
+            open &= ~(1u << budget);
+          }
+        }
+      }
+      for (std::size_t budget = 0; budget < N; ++budget) {
+        if ((open >> budget) & 1) squares[budget] |= ray;
       }
     }
   }
   return squares;
+}
+
+inline std::uint64_t linesWithLeaving(const Position& position, int side, Leaving leaving) {
+  return linesWithLeaving<1>(position, side, {leaving})[0];
 }
 
 // Whether the man on `square` could uncover a check by a line piece of `side`
@@ -89,10 +164,11 @@ inline bool uncoversCheck(const Position& position, int side, int king, int squa
 }
 
 // The squares the king of `Side` cannot step to on `lifted`: those of its
-// own men and those the opponent attacks.
+// own men and those the opponent attacks, `lines` the squares its line
+// pieces attack.
 template <int Side>
-std::uint64_t closedSquares(const Position& lifted) {
-  std::uint64_t closed = menOf<Side>(lifted.board) | linesWithLeaving(lifted, -Side, 0);
+std::uint64_t closedSquares(const Position& lifted, std::uint64_t lines) {
+  std::uint64_t closed = menOf<Side>(lifted.board) | lines;
   for (std::uint64_t men = menOf<-Side>(lifted.board); men != 0; men &= men - 1) {
     const int square = std::countr_zero(men);
     const int code = lifted.board[square];
@@ -200,69 +276,203 @@ inline bool twoMovesMayCover(const Position& lifted, int king, int uncovered, st
   return first + second >= uncovered;
 }
 
-// The most of `flights` that one man of the opponent of `Side` attacks after
-// a move that checks the king on `king`, at least `enough` ending the count.
-// The move checks from where it lands, or uncovers a check by leaving a line
-// from the king: a line piece of its side further out with at most
-// `othersOnLine` other men between, or any line at all when `linesMayForm`.
+// The squares the man `code` cannot stand on at the end of a line that
+// mates a king on `king`: the king's own, and for a king the squares next
+// to it.
+inline std::uint64_t barredAtMate(int code, int king) {
+  const std::uint64_t own = std::uint64_t{1} << king;
+  if (code != piece::King && code != -piece::King) return own;
+  return own | check_geometry::kEmptyBoardAttacks[static_cast<std::size_t>(pieceSlot(piece::King))]
+                                                 [static_cast<std::size_t>(king)];
+}
+
+// Whether a line piece of `side` among `linePieces`, other than the man on
+// `square`, could come with one move to stand behind that man on a line from
+// the king on `king`, by the squares it reaches on an empty board.
+inline bool lineMayFormBehind(const Position& lifted, int side, int king, int square, std::uint64_t linePieces) {
+  const int direction = check_geometry::kLines[static_cast<std::size_t>(king)][static_cast<std::size_t>(square)];
+  if (direction < 0) return false;
+  const std::uint64_t behind = kRays[static_cast<std::size_t>(direction)][static_cast<std::size_t>(square)];
+  for (std::uint64_t pieces = linePieces & ~(std::uint64_t{1} << square); pieces != 0; pieces &= pieces - 1) {
+    const int from = std::countr_zero(pieces);
+    const int code = lifted.board[from];
+    if (bearsAlong(code, side, direction) &&
+        ((check_geometry::kReach[static_cast<std::size_t>(pieceSlot(code))][static_cast<std::size_t>(from)] |
+          (std::uint64_t{1} << from)) &
+         behind) != 0) {
+      return true;
+    }
+  }
+  return false;
+}
+
+// The squares from which a man of `side` uncovers a check on the king on
+// `king` by moving off, along `direction`, once the man on `vacated` has
+// left: those on the line from the king to a line piece of `side` bearing
+// along it, with at most `men` men between.
+inline std::uint64_t discoveryLane(const Position& lifted, std::uint64_t occupied, int side, int king, int direction,
+                                   int vacated, int men) {
+  const std::uint64_t ray = kRays[static_cast<std::size_t>(direction)][static_cast<std::size_t>(king)];
+  std::uint64_t blockers = ray & occupied;
+  if (vacated >= 0) blockers &= ~(std::uint64_t{1} << vacated);
+  for (int passed = 0; blockers != 0; ++passed) {
+    const int at = nearestOn(blockers, direction);
+    if (bearsAlong(lifted.board[static_cast<std::size_t>(at)], side, direction)) {
+      return rayUpTo(ray, direction, at) & ~(std::uint64_t{1} << at);
+    }
+    if (passed == men) return 0;
+    blockers &= ~(std::uint64_t{1} << at);
+  }
+  return 0;
+}
+
+// The same along the lines from the king through `interest`, each line
+// worked out once for the men that leave none of them; the line a man leaves
+// is worked out for it.
+class DiscoveryLanes {
+ public:
+  DiscoveryLanes(const Position& lifted, int side, int king, int men, bool linesMayUncover)
+      : lifted_(lifted),
+        occupied_(linesMayUncover ? occupiedOf(lifted.board) : 0),
+        side_(side),
+        king_(king),
+        men_(men),
+        linesMayUncover_(linesMayUncover) {}
+
+  std::uint64_t after(int vacated, std::uint64_t interest) {
+    if (!linesMayUncover_) return 0;
+    const auto& lines = check_geometry::kLines[static_cast<std::size_t>(king_)];
+    unsigned directions = 0;
+    for (interest &= check_geometry::kEmptyBoardAttacks[static_cast<std::size_t>(pieceSlot(piece::Queen))]
+                                                       [static_cast<std::size_t>(king_)];
+         interest != 0; interest &= interest - 1) {
+      directions |= 1u << lines[static_cast<std::size_t>(std::countr_zero(interest))];
+    }
+    const int left = lines[static_cast<std::size_t>(vacated)];
+    std::uint64_t lanes = 0;
+    for (; directions != 0; directions &= directions - 1) {
+      const int direction = std::countr_zero(directions);
+      if (direction == left) {
+        lanes |= discoveryLane(lifted_, occupied_, side_, king_, direction, vacated, men_);
+        continue;
+      }
+      if (((known_ >> direction) & 1) == 0) {
+        lanes_[static_cast<std::size_t>(direction)] = discoveryLane(lifted_, occupied_, side_, king_, direction, -1, men_);
+        known_ |= 1u << direction;
+      }
+      lanes |= lanes_[static_cast<std::size_t>(direction)];
+    }
+    return lanes;
+  }
+
+ private:
+  const Position& lifted_;
+  std::uint64_t occupied_;
+  int side_;
+  int king_;
+  int men_;
+  bool linesMayUncover_;
+  unsigned known_ = 0;
+  std::array<std::uint64_t, 8> lanes_{};
+};
+
+// The most of some flights that one man covers with a checking move, and the
+// most that any other man covers: the check after a first move that is not
+// the checker's own.
+struct CheckingCover {
+  int most = -1;  // -1: no check at all
+  int mostSquare = -1;
+  int next = -1;
+  int without(int square) const { return square == mostSquare ? next : most; }
+};
+
+// The most of `flights` that men of the opponent of `Side` attack after a
+// move that checks the king on `king`, counted until two men reach
+// `enough`. The move checks from where it lands, or uncovers a check by
+// leaving a line from the king: a line piece of its side further out with at
+// most `othersOnLine` other men between, or one of `linePieces` that a move
+// before could bring behind it.
 template <int Side>
-int mostCheckingCover(const Position& lifted, int king, std::uint64_t flights, int othersOnLine, bool linesMayForm,
-                      int enough) {
+CheckingCover mostCheckingCover(const Position& lifted, int king, std::uint64_t flights, int othersOnLine,
+                                std::uint64_t linePieces, bool linesMayForm, int enough,
+                                std::uint64_t checkers = ~std::uint64_t{0}) {
   constexpr int Opponent = -Side;
   const std::int8_t* board = lifted.board;
-  int most = 0;
-  for (std::uint64_t men = menOf<Opponent>(board); men != 0; men &= men - 1) {
+  CheckingCover cover;
+  for (std::uint64_t men = menOf<Opponent>(board) & checkers; men != 0; men &= men - 1) {
     const int square = std::countr_zero(men);
     const int code = board[square];
     const auto slot = static_cast<std::size_t>(pieceSlot(code));
-    if (kNearKingCover[nearKingIndex(static_cast<int>(slot), square, king)].oneMove <= most) continue;
+    if (kNearKingCover[nearKingIndex(static_cast<int>(slot), square, king)].oneMove <= cover.next) continue;
+    const std::uint64_t otherLinePieces = linePieces & ~(std::uint64_t{1} << square);
     const bool discovers =
-        (linesMayForm &&
-         check_geometry::kLines[static_cast<std::size_t>(king)][static_cast<std::size_t>(square)] >= 0) ||
-        uncoversCheck(lifted, Opponent, king, square, othersOnLine);
+        otherLinePieces != 0 && (uncoversCheck(lifted, Opponent, king, square, othersOnLine) ||
+                                 (linesMayForm && lineMayFormBehind(lifted, Opponent, king, square, linePieces)));
     if (!discovers && code == Opponent * piece::King) continue;
     const bool pawn = code == Opponent * piece::Pawn;
-    std::uint64_t reach = check_geometry::kReach[slot][static_cast<std::size_t>(square)];
+    std::uint64_t reach = check_geometry::kReach[slot][static_cast<std::size_t>(square)] & ~barredAtMate(code, king);
     // Any man but a pawn, which may promote, bears on the king from exactly
     // the squares it would attack standing on the king's.
     if (!discovers && !pawn) reach &= check_geometry::kEmptyBoardAttacks[slot][static_cast<std::size_t>(king)];
-    for (; reach != 0; reach &= reach - 1) {
+    int mine = -1;
+    for (; reach != 0 && mine < enough; reach &= reach - 1) {
       const std::uint64_t attacked = coverFrom(code, std::countr_zero(reach));
       if (!discovers && ((attacked >> king) & 1) == 0) continue;
-      most = std::max(most, geometry::squaresIn(attacked & flights));
-      if (most >= enough) return most;
+      mine = std::max(mine, geometry::squaresIn(attacked & flights));
     }
+    if (mine > cover.most) {
+      cover.next = cover.most;
+      cover.most = mine;
+      cover.mostSquare = square;
+    } else if (mine > cover.next) {
+      cover.next = mine;
+    }
+    if (cover.next >= enough) break;
   }
-  return most;
+  return cover;
 }
 
 // Whether `uncovered` of the `flights` of the king of `Side` on `king` could
 // be covered by the opponent's checking reply, when `leaving` men in all
 // (the reply's and the own move's) may leave the lines from the flights and
-// from the king, and `opening` holds the squares such lines reach. Castling
-// is not counted; the caller allows for it.
+// from the king, and `opening` holds the squares such lines reach. A flight
+// on such a line counts once. Castling is not counted; the caller allows for
+// it.
 template <int Side>
 bool replyMayCover(const Position& lifted, int king, std::uint64_t flights, int uncovered, int leaving,
                    std::uint64_t opening) {
   uncovered -= geometry::squaresIn(flights & opening);
-  return uncovered <= 0 || mostCheckingCover<Side>(lifted, king, flights, leaving - 1, false, uncovered) >= uncovered;
+  return uncovered <= 0 ||
+         mostCheckingCover<Side>(lifted, king, flights & ~opening, leaving - 1, ~std::uint64_t{0}, false, uncovered)
+                 .most >= uncovered;
 }
 
 // Where each of `candidates`, men of the opponent of `Side`, may land with
 // the first of two moves that cover `uncovered` of the `flights`, the second
 // a check; added to `landings`, by the man's square. Either two men move, the
 // first covering from where it lands and the second checking (or uncovering
-// a check, perhaps by a line piece the first move brought behind it); or the
-// first man moves again and checks from where it ends.
+// a check, perhaps by a line piece among `linePieces` that the first move
+// brought behind it); or the first man moves again and checks from where it
+// ends, or uncovers a check by a line piece already there.
 template <int Side>
 void addFirstLandings(const Position& lifted, int king, std::uint64_t flights, int uncovered, std::uint64_t candidates,
-                      int leaving, std::uint64_t opening, bool linesMayForm, MoverTargets& landings) {
+                      int leaving, std::uint64_t opening, std::uint64_t linePieces, MoverTargets& landings) {
   constexpr int Opponent = -Side;
   uncovered -= geometry::squaresIn(flights & opening);
+  flights &= ~opening;
   // No two moves of these men cover enough even on an empty board.
   if (uncovered > 0 && !twoMovesMayCover(lifted, king, uncovered, candidates | menOf<Opponent>(lifted.board))) return;
-  const int checking =
-      uncovered <= 0 ? 0 : mostCheckingCover<Side>(lifted, king, flights, leaving - 1, linesMayForm, uncovered);
+  // The check after a first move of another man. Lines may form behind the
+  // checker only when the first man is a line piece; those are worked out
+  // when such a man needs more than the lines as they stand give, and only
+  // for men on a line from the king.
+  const int enough = std::max(uncovered, 0);
+  const CheckingCover fixedLines = mostCheckingCover<Side>(lifted, king, flights, leaving - 1, linePieces, false, enough);
+  CheckingCover formedLines;
+  bool formedKnown = false;
+  // Between the king and that piece: the man it took there and a man of the
+  // other side leaving.
+  DiscoveryLanes discoveryLanes(lifted, Opponent, king, 2, linePieces != 0);
   for (std::uint64_t men = candidates; men != 0; men &= men - 1) {
     const int square = std::countr_zero(men);
     const int code = lifted.board[square];
@@ -270,45 +480,101 @@ void addFirstLandings(const Position& lifted, int king, std::uint64_t flights, i
     const std::uint64_t reach = check_geometry::kReach[slot][static_cast<std::size_t>(square)];
     std::uint64_t& found = landings[static_cast<std::size_t>(square)];
     const NearKingCover near = kNearKingCover[nearKingIndex(static_cast<int>(slot), square, king)];
+    int checking = fixedLines.without(square);
+    if (((linePieces >> square) & 1) != 0 && checking < uncovered) {
+      if (!formedKnown) {
+        formedLines = mostCheckingCover<Side>(
+            lifted, king, flights, leaving - 1, linePieces, true, enough,
+            check_geometry::kEmptyBoardAttacks[static_cast<std::size_t>(pieceSlot(piece::Queen))]
+                                              [static_cast<std::size_t>(king)]);
+        formedKnown = true;
+      }
+      checking = std::max(checking, formedLines.without(square));
+    }
     if (checking >= uncovered) {
       found |= reach;
       continue;
     }
-    if (near.oneMove + checking < uncovered && near.twoMoves < uncovered) continue;
-    // Covering from where it lands, the check coming from another man.
-    std::uint64_t twice = 0;
-    for (std::uint64_t rest = reach & ~found; rest != 0; rest &= rest - 1) {
-      const int target = std::countr_zero(rest);
-      if (geometry::squaresIn(coverFrom(code, target) & flights) + checking >= uncovered) {
-        found |= std::uint64_t{1} << target;
-      } else {
-        twice |= check_geometry::kReach[slot][static_cast<std::size_t>(target)];
+    if (near.oneMove + std::max(checking, 0) < uncovered && near.twoMoves < uncovered) continue;
+    const bool pawn = code == Opponent * piece::Pawn;
+    const bool isKing = code == Opponent * piece::King;
+    // Where a man but a pawn covers one of the flights at least: it attacks
+    // one from a square when it would attack that square from the flight.
+    std::uint64_t nearFlights = ~std::uint64_t{0};
+    if (!pawn && uncovered > 0) {
+      nearFlights = 0;
+      for (std::uint64_t rest = flights; rest != 0; rest &= rest - 1) {
+        nearFlights |= check_geometry::kEmptyBoardAttacks[slot][static_cast<std::size_t>(std::countr_zero(rest))];
       }
     }
-    // Moving on from there to check: the squares that would do, then the
-    // landings that reach one.
+    // Covering from where it lands, the check coming from another man; or
+    // mating at once, checking from there or uncovering a check.
+    const std::uint64_t barred = barredAtMate(code, king);
+    int uncoversNow = -1;  // not yet known
+    for (std::uint64_t rest = reach & ~found & ~barred & nearFlights; rest != 0; rest &= rest - 1) {
+      const int target = std::countr_zero(rest);
+      const std::uint64_t cover = coverFrom(code, target);
+      const int covered = geometry::squaresIn(cover & flights);
+      bool lands = covered + checking >= uncovered;
+      if (!lands && covered >= uncovered) {
+        if (!isKing && ((cover >> king) & 1) != 0) {
+          lands = true;
+        } else {
+          if (uncoversNow < 0) {
+            uncoversNow = static_cast<int>((discoveryLanes.after(square, std::uint64_t{1} << square) >> square) & 1);
+          }
+          lands = uncoversNow != 0;
+        }
+      }
+      if (lands) found |= std::uint64_t{1} << target;
+    }
+    // Moving on from there to check: the squares where the second move would
+    // do, then the landings that reach one. No other man of its side moves,
+    // so a check it uncovers comes from a line piece already on the line.
     if (near.twoMoves < uncovered) continue;
-    const bool discovers =
-        linesMayForm && ((reach | (std::uint64_t{1} << square)) &
-                         check_geometry::kEmptyBoardAttacks[static_cast<std::size_t>(pieceSlot(piece::Queen))]
-                                                           [static_cast<std::size_t>(king)]) != 0;
-    if (!discovers) {
-      if (code == Opponent * piece::King) continue;
-      if (code != Opponent * piece::Pawn)
-        twice &= check_geometry::kEmptyBoardAttacks[slot][static_cast<std::size_t>(king)];
+    const std::uint64_t lanes = discoveryLanes.after(square, reach);
+    std::uint64_t seconds = nearFlights;
+    if (pawn) {
+      seconds = 0;
+      for (std::uint64_t rest = reach & ~found; rest != 0; rest &= rest - 1) {
+        seconds |= check_geometry::kReach[slot][static_cast<std::size_t>(std::countr_zero(rest))];
+      }
+    } else if (uncovered <= 0) {
+      // Any second move covers enough: one off a line uncovers the check.
+      found |= reach & lanes;
+      seconds = 0;
+    }
+    if (uncovered <= 0 || (lanes & reach) == 0) {
+      if (isKing) continue;
+      if (!pawn) seconds = check_geometry::kEmptyBoardAttacks[slot][static_cast<std::size_t>(king)] & nearFlights;
     }
     std::uint64_t checks = 0;
-    for (; twice != 0; twice &= twice - 1) {
-      const int target = std::countr_zero(twice);
+    std::uint64_t coverEnough = 0;
+    for (seconds &= ~barred; seconds != 0; seconds &= seconds - 1) {
+      const int target = std::countr_zero(seconds);
       const std::uint64_t cover = coverFrom(code, target);
-      if ((discovers || ((cover >> king) & 1) != 0) && geometry::squaresIn(cover & flights) >= uncovered) {
-        checks |= std::uint64_t{1} << target;
-      }
+      if (geometry::squaresIn(cover & flights) < uncovered) continue;
+      coverEnough |= std::uint64_t{1} << target;
+      if (!isKing && ((cover >> king) & 1) != 0) checks |= std::uint64_t{1} << target;
     }
-    if (checks == 0) continue;
+    if (coverEnough == 0) continue;
+    if (!pawn) {
+      // A man but a pawn reaches a square from where it would reach its own.
+      std::uint64_t viaCheck = 0;
+      std::uint64_t viaLane = 0;
+      for (; coverEnough != 0; coverEnough &= coverEnough - 1) {
+        const int target = std::countr_zero(coverEnough);
+        const std::uint64_t from = check_geometry::kReach[slot][static_cast<std::size_t>(target)];
+        viaLane |= from;
+        if ((checks >> target) & 1) viaCheck |= from;
+      }
+      found |= reach & (viaCheck | (lanes & viaLane));
+      continue;
+    }
     for (std::uint64_t rest = reach & ~found; rest != 0; rest &= rest - 1) {
       const int target = std::countr_zero(rest);
-      if ((check_geometry::kReach[slot][static_cast<std::size_t>(target)] & checks) != 0) {
+      const std::uint64_t onward = check_geometry::kReach[slot][static_cast<std::size_t>(target)];
+      if ((onward & checks) != 0 || (((lanes >> target) & 1) != 0 && (onward & coverEnough) != 0)) {
         found |= std::uint64_t{1} << target;
       }
     }
@@ -373,7 +639,7 @@ bool opponentMayCastle(const Position& position) {
 
 // Whether the king of `Side` could stand mated after a move of its own side
 // that does not move the king, followed by one move of the opponent. The own
-// move can fill one flight and, with the reply, two men may leave the lines.
+// move can fill one flight, and it and the reply may each leave a line.
 // An en-passant capture (`enPassantPossible`) or castling moves a third man,
 // so then the answer is always yes.
 template <int Side>
@@ -382,12 +648,12 @@ bool flightsMayAllBeCovered(const Position& position, bool enPassantPossible) {
   const int king = Side == White ? position.whiteKingSquare : position.blackKingSquare;
   Position lifted = position;
   lifted.board[king] = 0;
-  const std::uint64_t flights = detail::flightsOf(king, detail::closedSquares<Side>(lifted));
+  const auto lines = detail::linesWithLeaving<2>(lifted, -Side, {{{0, 0}, {1, 1}}});
+  const std::uint64_t flights = detail::flightsOf(king, detail::closedSquares<Side>(lifted, lines[0]));
   constexpr int kLeaving = 2;
   if (geometry::squaresIn(flights) <= 1) return true;
   const int uncovered = geometry::squaresIn(flights) - detail::fillable<Side>(lifted, flights);
-  return detail::replyMayCover<Side>(lifted, king, flights, uncovered, kLeaving,
-                                     detail::linesWithLeaving(lifted, -Side, kLeaving));
+  return detail::replyMayCover<Side>(lifted, king, flights, uncovered, kLeaving, lines[1]);
 }
 
 // Whether the king of `Side` could stand mated after a step of its own to a
@@ -403,11 +669,12 @@ bool kingStepsMayBeMated(const Position& position) {
   const int king = Side == White ? position.whiteKingSquare : position.blackKingSquare;
   Position lifted = position;
   lifted.board[king] = 0;
-  const std::uint64_t closed = detail::closedSquares<Side>(lifted);
+  const auto lines = detail::linesWithLeaving<2>(lifted, -Side, {{{0, 0}, {1, 0}}});
+  const std::uint64_t closed = detail::closedSquares<Side>(lifted, lines[0]);
   const std::uint64_t steps = detail::flightsOf(king, closed);
   if (steps == 0) return true;  // no step: the search looks at whether it stands mated already
   constexpr int kLeaving = 1;
-  const std::uint64_t opening = detail::linesWithLeaving(lifted, -Side, kLeaving);
+  const std::uint64_t opening = lines[1];
   for (std::uint64_t rest = steps; rest != 0; rest &= rest - 1) {
     const int step = std::countr_zero(rest);
     const std::uint64_t flights = detail::flightsOf(step, closed);
@@ -420,7 +687,7 @@ bool kingStepsMayBeMated(const Position& position) {
     Position afterCapture = lifted;
     afterCapture.board[step] = 0;
     if (detail::replyMayCover<Side>(afterCapture, step, flights, geometry::squaresIn(flights), kLeaving,
-                                    detail::linesWithLeaving(afterCapture, -Side, kLeaving))) {
+                                    detail::linesWithLeaving(afterCapture, -Side, {1, 0}))) {
       return true;
     }
   }
@@ -433,9 +700,12 @@ bool kingStepsMayBeMated(const Position& position) {
 // which needs no more). Fills the men's entries of `landings`, by their
 // squares, and says whether any move may. Its own move either leaves the king
 // where it is, filling at most one flight, or steps it to a square next to
-// it. Three men, or two after a step, may leave lines. An en-passant capture
-// now, castling, or a pawn of the opponent that may promote within two moves
-// let every move through.
+// it. The opponent's two moves and its own, or only the opponent's after a
+// step, may leave lines. The check comes from a man other than the first
+// mover, or from the first mover itself moving on (or mating at once); lines
+// may form behind the checker only when the first mover is a line piece. An
+// en-passant capture now, castling, or a pawn of the opponent that may
+// promote within two moves let every move through.
 //
 // A step may go to a square that is not a flight now, when the opponent's
 // first move makes it one. A man that attacks the square by a step or a leap
@@ -453,14 +723,14 @@ bool firstMovesMayMate(const Position& position, bool enPassantPossible, MoverTa
   }
   bool allMoves =
       enPassantPossible || detail::opponentMayCastle<Side>(position) || detail::opponentMayCastle<-Side>(position);
-  bool linesMayForm = false;
+  std::uint64_t linePieces = 0;
   for (std::uint64_t men = opponentMen; men != 0; men &= men - 1) {
     const int square = std::countr_zero(men);
     const int code = board[square];
     const int row = square >> 3;
     if (code == Opponent * piece::Pawn && (Opponent == White ? row <= 2 : row >= 5)) allMoves = true;
     if (code == Opponent * piece::Queen || code == Opponent * piece::Rook || code == Opponent * piece::Bishop) {
-      linesMayForm = true;
+      linePieces |= std::uint64_t{1} << square;
     }
   }
   if (allMoves) {
@@ -472,16 +742,19 @@ bool firstMovesMayMate(const Position& position, bool enPassantPossible, MoverTa
   const int king = Side == White ? position.whiteKingSquare : position.blackKingSquare;
   Position lifted = position;
   lifted.board[king] = 0;
-  const std::uint64_t closed = detail::closedSquares<Side>(lifted);
+  // Lines as they stand, and as they may open when the king stays (two moves
+  // of the opponent and one of its own side) or steps (the opponent's two).
+  const auto lines = detail::linesWithLeaving<3>(lifted, Opponent, {{{0, 0}, {2, 1}, {2, 0}}});
+  const std::uint64_t closed = detail::closedSquares<Side>(lifted, lines[0]);
   {
     constexpr int kLeaving = 3;
     const std::uint64_t flights = detail::flightsOf(king, closed);
     const int uncovered = geometry::squaresIn(flights) - detail::fillable<Side>(lifted, flights);
-    detail::addFirstLandings<Side>(lifted, king, flights, uncovered, opponentMen, kLeaving,
-                                   detail::linesWithLeaving(lifted, Opponent, kLeaving), linesMayForm, landings);
+    detail::addFirstLandings<Side>(lifted, king, flights, uncovered, opponentMen, kLeaving, lines[1], linePieces,
+                                   landings);
   }
   constexpr int kLeaving = 2;
-  const std::uint64_t opening = detail::linesWithLeaving(lifted, Opponent, kLeaving);
+  const std::uint64_t opening = lines[2];
   for (std::uint64_t steps = check_geometry::kEmptyBoardAttacks[static_cast<std::size_t>(pieceSlot(piece::King))]
                                                                [static_cast<std::size_t>(king)];
        steps != 0; steps &= steps - 1) {
@@ -496,20 +769,29 @@ bool firstMovesMayMate(const Position& position, bool enPassantPossible, MoverTa
     const int code = lifted.board[step];
     if (code == 0) {
       detail::addFirstLandings<Side>(lifted, step, flights, geometry::squaresIn(flights), candidates, kLeaving, opening,
-                                     linesMayForm, landings);
+                                     linePieces, landings);
       continue;
+    }
+    // The first move takes an own man on the square, for the king to take
+    // the taker: only takers not yet let through there are worth the count.
+    std::uint64_t takers = 0;
+    if (code * Side > 0) {
+      for (std::uint64_t men = candidates & detail::menAttacking<Opponent>(lifted, step); men != 0; men &= men - 1) {
+        const int square = std::countr_zero(men);
+        if (((landings[static_cast<std::size_t>(square)] >> step) & 1) == 0) takers |= std::uint64_t{1} << square;
+      }
+      if (takers == 0) continue;
     }
     Position emptied = lifted;
     emptied.board[step] = 0;
-    const std::uint64_t emptiedOpening = detail::linesWithLeaving(emptied, Opponent, kLeaving);
+    const std::uint64_t emptiedOpening = detail::linesWithLeaving(emptied, Opponent, {2, 0});
     if (code * Side < 0) {
       detail::addFirstLandings<Side>(emptied, step, flights, geometry::squaresIn(flights), candidates, kLeaving,
-                                     emptiedOpening, linesMayForm, landings);
+                                     emptiedOpening, linePieces, landings);
     } else if (detail::replyMayCover<Side>(emptied, step, flights, geometry::squaresIn(flights), kLeaving,
                                            emptiedOpening)) {
-      // The first move takes the man on the square.
-      for (std::uint64_t men = candidates & detail::menAttacking<Opponent>(lifted, step); men != 0; men &= men - 1) {
-        landings[static_cast<std::size_t>(std::countr_zero(men))] |= std::uint64_t{1} << step;
+      for (; takers != 0; takers &= takers - 1) {
+        landings[static_cast<std::size_t>(std::countr_zero(takers))] |= std::uint64_t{1} << step;
       }
     }
   }
