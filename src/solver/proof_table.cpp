@@ -186,7 +186,7 @@ void ProofTable::store(const TableKey& key, Proof proof) {
     if (victim == nullptr || (entry.rest & kPliesLeft) < (victim->rest & kPliesLeft)) victim = &entry;
   }
   *victim = Entry{{key.squares[0], key.squares[1], key.squares[2], key.squares[3]}, key.rest, stamp};
-  if (++stores_ > mask_ && mask_ < maxMask_) grow();
+  if (++stores_ > 2 * mask_ && mask_ < maxMask_) grow();
 }
 
 }  // namespace velkaro::solver

@@ -41,8 +41,9 @@ class ProofTable {
   // Makes the table at most `megabytes` large (0: no table) and forgets
   // everything in it. Memory is allocated only when the size changes;
   // forgetting is a new generation, not a pass over the table. The table
-  // starts small and doubles, within its memory, as it fills, so that a short
-  // run touches few pages.
+  // starts small and doubles, within its memory, once it holds two entries a
+  // bucket on average, so that a short run touches few pages (the system
+  // clears each page the table first writes).
   void reset(int megabytes);
   bool enabled() const { return buckets_ != nullptr; }
 
