@@ -17,7 +17,6 @@
 #include <array>
 #include <bit>
 #include <cstdint>
-#include <cstring>
 #include <vector>
 
 #include "core/attacks.h"
@@ -66,20 +65,6 @@ inline int nearestOn(std::uint64_t squares, int direction) {
 // `blocker`, which lies on it.
 inline std::uint64_t rayUpTo(std::uint64_t ray, int direction, int blocker) {
   return ray & ~kRays[static_cast<std::size_t>(direction)][static_cast<std::size_t>(blocker)];
-}
-
-// The squares men stand on.
-inline std::uint64_t occupiedOf(const std::int8_t* board) {
-  constexpr std::uint64_t kSignBits = 0x8080808080808080;
-  std::uint64_t occupied = 0;
-  for (int row = 0; row < 8; ++row) {
-    std::uint64_t bytes;
-    std::memcpy(&bytes, board + 8 * row, sizeof bytes);
-    if constexpr (std::endian::native == std::endian::big) bytes = __builtin_bswap64(bytes);
-    const std::uint64_t nonzero = (((bytes & ~kSignBits) + ~kSignBits) | bytes) & kSignBits;
-    occupied |= (((nonzero >> 7) * 0x0102040810204080) >> 56) << (8 * row);
-  }
-  return occupied;
 }
 
 // How many moves of each side may leave the lines: `own` of the line

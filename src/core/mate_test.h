@@ -14,8 +14,9 @@
 
 namespace velkaro::core {
 
-// One bit per square holding a man of `Side`, eight squares at a time: a
-// byte is White's when it is positive, Black's when its sign bit is set.
+// One bit per square holding a man of `Side` (of either side for 0), eight
+// squares at a time: a byte is White's when it is positive, Black's when its
+// sign bit is set.
 template <int Side>
 inline std::uint64_t menOf(const std::int8_t* board) {
   constexpr std::uint64_t kSignBits = 0x8080808080808080;
@@ -25,11 +26,14 @@ inline std::uint64_t menOf(const std::int8_t* board) {
     std::memcpy(&bytes, board + 8 * row, sizeof bytes);
     if constexpr (std::endian::native == std::endian::big) bytes = __builtin_bswap64(bytes);
     const std::uint64_t occupied = (((bytes & ~kSignBits) + ~kSignBits) | bytes) & kSignBits;
-    const std::uint64_t own = Side == White ? occupied & ~bytes : bytes & kSignBits;
+    const std::uint64_t own = Side == White ? occupied & ~bytes : Side == Black ? bytes & kSignBits : occupied;
     men |= (((own >> 7) * 0x0102040810204080) >> 56) << (8 * row);
   }
   return men;
 }
+
+// The squares men stand on.
+inline std::uint64_t occupiedOf(const std::int8_t* board) { return menOf<0>(board); }
 
 namespace detail {
 
