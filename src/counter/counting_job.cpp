@@ -1,10 +1,13 @@
 // The continuation counter: an iterative walk over the ply stack to each
 // depth in turn, counting the legal moves at the last ply without going
-// deeper, and one count line per depth. The moves of the first ply are shared
-// out among walkers, each with a ply stack of its own: a walker takes the next
-// move nobody has taken yet and counts everything below it. The counts add up
-// to the same totals whoever counted what, so the result never depends on how
-// the walkers met the moves; Stop leaves every walker where it stood.
+// deeper, and one count line per depth. The tree is shared out among walkers,
+// each with a ply stack of its own, by the moves of the first ply, or, from
+// the third depth on, by each first-ply move with each reply: a walker takes
+// the next share nobody has taken yet and counts everything below it. Shares
+// that small keep a walker from counting the last big one alone while the
+// others wait. The counts add up to the same totals whoever counted what, so
+// the result never depends on how the walkers met the moves; Stop leaves
+// every walker where it stood.
 
 #include "counter/counting_job.h"
 
@@ -12,7 +15,6 @@
 #include <thread>
 
 #include "core/legal.h"
-#include "core/movegen.h"
 #include "core/validate.h"
 
 namespace velkaro::counter {
@@ -24,7 +26,8 @@ struct CountingJob::Walker {
   int ply = 1;
   bool descending = true;  // the walk enters `ply` afresh; otherwise it goes on there
   int index = -1;          // the place of the first-ply move made now in the first ply's moves
-  bool done = false;       // no first-ply move is left for this walker
+  int reply = -1;          // the same for the reply made now, when replies are shared
+  bool done = false;       // no share is left for this walker
   std::atomic<std::uint64_t> leaves{0};
   std::atomic<std::uint64_t> tested{0};
 
@@ -87,14 +90,31 @@ jobs::RunEnd CountingJob::resume() {
 }
 
 void CountingJob::startDepth() {
-  firstMovesTotal_ = settings_.firstMove ? 1 : core::countMoves(stack_, 1);
-  nextFirstMove_ = 0;
-  firstMovesTried_ = 0;
+  const int start = startPly();
+  sharesReplies_ = depth_ >= start + 2;
+  if (sharesReplies_) {
+    // Where each first-ply move's shares begin. Making the moves to count
+    // their replies tests them, once for all walkers.
+    repliesStart_.clear();
+    sharesTotal_ = 0;
+    core::PlyStack& stack = walkers_.front()->stack;
+    stack = stack_;
+    for (int continuing = 0; core::nextLegalMove(stack, start, continuing) < 0; continuing = 1) {
+      repliesStart_.push_back(sharesTotal_);
+      sharesTotal_ += core::legalMoveCount(stack, start + 1);
+      ++testedBefore_;
+    }
+  } else {
+    sharesTotal_ = core::legalMoveCount(stack_, start);
+  }
+  nextShare_ = 0;
+  sharesTried_ = 0;
   for (const auto& walker : walkers_) {
     walker->stack = stack_;
-    walker->ply = startPly();
+    walker->ply = sharePly();
     walker->descending = true;
     walker->index = -1;
+    walker->reply = -1;
     walker->done = false;
     walker->leaves = 0;
     walker->tested = 0;
@@ -149,28 +169,48 @@ bool CountingJob::walkShared() {
   return std::all_of(completed.begin(), completed.end(), [](char done) { return done != 0; });
 }
 
-// One walker's share: it takes the next first-ply move nobody has taken,
-// steps its own first ply on to it, and walks the tree below it.
+namespace {
+
+// Steps the moves of `ply` on to the one at `wanted`; `index` is the place of
+// the move made there now (-1: none yet). A walker's shares only go forward.
+void stepTo(core::PlyStack& stack, int ply, int& index, int wanted) {
+  for (; index < wanted; ++index) core::nextLegalMove(stack, ply, index >= 0 ? 1 : 0);
+}
+
+}  // namespace
+
+// One walker's part: it takes the next share nobody has taken, steps its own
+// plies on to it, and walks the tree below it.
 bool CountingJob::walkWith(Walker& walker) {
   const bool reporting = &walker == walkers_.front().get();
   const int start = startPly();
+  const int share = sharePly();
   core::PlyStack& stack = walker.stack;
   std::uint64_t nextTick = walker.tested + static_cast<std::uint64_t>(refreshInterval_);
   while (!walker.done) {
-    if (walker.ply == start) {
-      const int wanted = nextFirstMove_.fetch_add(1, std::memory_order_relaxed);
-      while (walker.index < wanted) {
-        if (core::nextLegalMove(stack, start, walker.index >= 0 ? 1 : 0) >= 0) {
-          walker.done = true;
-          break;
-        }
-        ++walker.index;
+    if (walker.ply == share) {
+      const int taken = nextShare_.fetch_add(1, std::memory_order_relaxed);
+      if (taken >= sharesTotal_) {
+        walker.done = true;
+        break;
       }
-      if (walker.done) break;
+      if (sharesReplies_) {
+        // The last first-ply move whose shares begin at or before this one
+        // (a move without replies has none).
+        const auto first = std::upper_bound(repliesStart_.begin(), repliesStart_.end(), taken) - 1;
+        const int index = static_cast<int>(first - repliesStart_.begin());
+        if (index != walker.index) {
+          stepTo(stack, start, walker.index, index);
+          walker.reply = -1;
+        }
+        stepTo(stack, share, walker.reply, taken - *first);
+      } else {
+        stepTo(stack, start, walker.index, taken);
+      }
       walker.add(walker.tested, 1);
-      const int tried = firstMovesTried_.fetch_add(1, std::memory_order_relaxed) + 1;
-      if (reporting) moveBarFor(tried, firstMovesTotal_);
-      walker.ply = start + 1;
+      const int tried = sharesTried_.fetch_add(1, std::memory_order_relaxed) + 1;
+      if (reporting) moveBarFor(tried, sharesTotal_);
+      walker.ply = share + 1;
       walker.descending = true;
     }
     if (walker.ply == depth_) {

@@ -3,7 +3,8 @@
 // ... n single moves, depth after depth, each with its branching ratio. It is
 // a job like a solving run: the same ply stack, tested-move counter, progress
 // tick, Stop and Continue. A count is a sum over the first moves, so the
-// first moves of a depth are shared out among walkers, one per core.
+// first moves of a depth, or their replies, are shared out among walkers,
+// one per core.
 
 #include <atomic>
 #include <cstdint>
@@ -52,15 +53,19 @@ class CountingJob : public jobs::Job {
   void showProgress();
 
   int startPly() const { return settings_.firstMove ? 2 : 1; }
+  // The ply whose moves end a share: the first ply's, or its replies'.
+  int sharePly() const { return sharesReplies_ ? startPly() + 1 : startPly(); }
 
   CountSettings settings_;
   int depth_ = 1;
   bool finished_ = true;
-  int firstMovesTotal_ = 0;
+  bool sharesReplies_ = false;  // a share is a first-ply move with one reply
+  std::vector<int> repliesStart_;  // the first share under each first-ply move
+  int sharesTotal_ = 0;
   jobs::BigCount previous_;
   std::uint64_t testedBefore_ = 0;  // tested moves of the run outside the walkers' counts
-  std::atomic<int> nextFirstMove_{0};
-  std::atomic<int> firstMovesTried_{0};
+  std::atomic<int> nextShare_{0};
+  std::atomic<int> sharesTried_{0};
   std::vector<std::unique_ptr<Walker>> walkers_;
   solver::RecordSink& records_;
   core::PlyStack stack_;
