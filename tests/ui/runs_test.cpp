@@ -77,7 +77,7 @@ class RunsTest : public QObject {
 
 void RunsTest::goldenCasesThroughTheControls_data() {
   QTest::addColumn<QString>("name");
-  for (const char* name : {"mate-2-kish", "help-2-garai", "count-3-first-move", "mate-2-kling-without-last-move",
+  for (const char* name : {"mate-2-kish", "help-2-garai", "count-4-first-move", "mate-2-kling-without-last-move",
                            "mate-2-kling-en-passant-key", "mate-3-first-move-works", "mate-2-kish-second-moves",
                            "mate-2-german", "mate-5-minimum-moves"}) {
     QTest::newRow(name) << QString(name);
