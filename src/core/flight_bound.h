@@ -641,6 +641,65 @@ bool flightsMayAllBeCovered(const Position& position, bool enPassantPossible) {
   return detail::replyMayCover<Side>(lifted, king, flights, uncovered, kLeaving, lines[1]);
 }
 
+// Where the men of `Side`, to move, may go with a last move that helps the
+// opponent's reply mate their king, when the reply could not mate without
+// help: the king anywhere, a pawn's double step (which may allow an
+// en-passant capture), any man onto a flight, and the men that stand first
+// between a line piece of the opponent and the squares beyond (with at most
+// one man of the opponent's before them) anywhere. Any other move leaves at
+// least the flights there were and opens no line; the man it takes, if any,
+// only stops attacking. Fills the men's entries of `landings`, by their
+// squares, and says whether the moves are so restricted: not when the reply
+// alone may mate, nor when castling or an en-passant capture is in the air.
+template <int Side>
+bool helpingLastMoves(const Position& position, bool enPassantPossible, MoverTargets& landings) {
+  constexpr int Opponent = -Side;
+  if (enPassantPossible || detail::opponentMayCastle<Side>(position) || detail::opponentMayCastle<Opponent>(position)) {
+    return false;
+  }
+  const int king = Side == White ? position.whiteKingSquare : position.blackKingSquare;
+  Position lifted = position;
+  lifted.board[king] = 0;
+  const auto lines = detail::linesWithLeaving<2>(lifted, Opponent, {{{0, 0}, {1, 0}}});
+  const std::uint64_t flights = detail::flightsOf(king, detail::closedSquares<Side>(lifted, lines[0]));
+  constexpr int kLeaving = 1;
+  if (detail::replyMayCover<Side>(lifted, king, flights, geometry::squaresIn(flights), kLeaving, lines[1])) {
+    return false;
+  }
+  const std::int8_t* board = lifted.board;
+  const std::uint64_t occupied = occupiedOf(board);
+  std::uint64_t openers = 0;
+  for (std::uint64_t pieces = menOf<Opponent>(board); pieces != 0; pieces &= pieces - 1) {
+    const int from = std::countr_zero(pieces);
+    const int code = board[from];
+    for (int direction = 0; direction < 8; ++direction) {
+      if (!detail::bearsAlong(code, Opponent, direction)) continue;
+      const std::uint64_t ray = detail::kRays[static_cast<std::size_t>(direction)][static_cast<std::size_t>(from)];
+      for (std::uint64_t blockers = ray & occupied, passed = 0; blockers != 0 && passed < 2; ++passed) {
+        const int at = detail::nearestOn(blockers, direction);
+        if (board[at] * Side > 0) {
+          openers |= std::uint64_t{1} << at;
+          break;
+        }
+        blockers &= ~(std::uint64_t{1} << at);
+      }
+    }
+  }
+  constexpr int kPawnRow = Side == White ? 6 : 1;
+  for (std::uint64_t men = menOf<Side>(position.board); men != 0; men &= men - 1) {
+    const int square = std::countr_zero(men);
+    const int code = position.board[square];
+    std::uint64_t& targets = landings[static_cast<std::size_t>(square)];
+    if (square == king || ((openers >> square) & 1) != 0) {
+      targets = ~std::uint64_t{0};
+      continue;
+    }
+    targets = flights;
+    if (code == Side * piece::Pawn && (square >> 3) == kPawnRow) targets |= std::uint64_t{1} << (square - 16 * Side);
+  }
+  return true;
+}
+
 // Whether the king of `Side` could stand mated after a step of its own to a
 // flight, followed by one move of the opponent. No own man fills a flight
 // then, and only the reply's man leaves a line. The flights around a square

@@ -24,7 +24,7 @@ enum class MoveTest {
   // As Legal, for the king's moves and the pawns' double steps only: the
   // moves that can still matter when no other man's move could.
   KingOrDoubleStep,
-  // As Legal, for the moves PlyStack::moverTargets allows only.
+  // As Legal, for the moves PlyStack::moverTargetsAt allows only.
   Movers,
 };
 
@@ -163,7 +163,7 @@ template <int Side, MoveTest Test>
       if (!mayCheck<Side>(stack, ply, frame.position, code, square)) continue;
     }
     if constexpr (Test == MoveTest::Movers) {
-      if (stack.moverTargets[static_cast<std::size_t>(square)] == 0) continue;
+      if (stack.moverTargetsAt(ply)[static_cast<std::size_t>(square)] == 0) continue;
     }
     if constexpr (Test == MoveTest::KingOrDoubleStep) {
       constexpr int kPawnRow = Side == White ? 6 : 1;
@@ -255,7 +255,7 @@ template <int Side, MoveTest Test>
       }
     }
     if constexpr (Test == MoveTest::Movers) {
-      if (((stack.moverTargets[static_cast<std::size_t>(frame.fromSquare)] >> entry.target) & 1) == 0) continue;
+      if (((stack.moverTargetsAt(ply)[static_cast<std::size_t>(frame.fromSquare)] >> entry.target) & 1) == 0) continue;
     }
     if constexpr (Test == MoveTest::KingOrDoubleStep) {
       const int step = entry.target - frame.fromSquare;

@@ -147,7 +147,11 @@ SolverJob::LastMoves SolverJob::lastMovesThatMayMate(int ply) {
             : core::flightsMayAllBeCovered<core::Black>(position, enPassant)) {
     const bool mayCheck = white ? core::canCheckWithAMove<core::Black>(position, position.whiteKingSquare)
                                 : core::canCheckWithAMove<core::White>(position, position.blackKingSquare);
-    return mayCheck ? LastMoves::Any : LastMoves::KingOnly;
+    if (!mayCheck) return LastMoves::KingOnly;
+    core::MoverTargets& landings = stack_.moverTargetsAt(ply);
+    const bool helping = white ? core::helpingLastMoves<core::White>(position, enPassant, landings)
+                               : core::helpingLastMoves<core::Black>(position, enPassant, landings);
+    return helping ? LastMoves::Some : LastMoves::Any;
   }
   const bool kingMay = white ? core::kingStepsMayBeMated<core::White>(position)
                              : core::kingStepsMayBeMated<core::Black>(position);
@@ -160,7 +164,7 @@ SolverJob::LastMoves SolverJob::lastMovesThatMayMate(int ply) {
 SolverJob::LastMoves SolverJob::lastThreeMovesMayMate(int ply) {
   const core::Position& position = stack_[ply].position;
   const bool enPassant = core::enPassantPawn(stack_, ply) >= 0;
-  core::MoverTargets& landings = stack_.moverTargets;
+  core::MoverTargets& landings = stack_.moverTargetsAt(ply);
   const bool may = stack_.sideAt(ply) == core::White
                        ? core::firstMovesMayMate<core::Black>(position, enPassant, landings)
                        : core::firstMovesMayMate<core::White>(position, enPassant, landings);

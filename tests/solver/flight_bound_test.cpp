@@ -1,6 +1,7 @@
 // The flight counts of a helpmate's last moves may rule out every move of the
-// side to be mated but the king's, the king's steps too, or, a ply earlier,
-// some or all moves of the mating side. Wherever they do, no such
+// side to be mated but the king's, the king's steps too, or all its moves but
+// those that help the reply mate; a ply earlier, some or all moves of the
+// mating side. Wherever they do, no such
 // line may end in mate: all of them are tried, in many random positions and
 // in a table of mates that once were ruled out.
 
@@ -65,6 +66,8 @@ core::MoverTargets allowedMoves(const core::Position& position, const std::strin
   core::MoverTargets allowed{};
   if (moves == "three") {
     core::firstMovesMayMate<-Side>(position, false, allowed);
+  } else if (moves == "helping") {
+    if (!core::helpingLastMoves<Side>(position, false, allowed)) allowed.fill(~std::uint64_t{0});
   } else if (moves == "king" ? core::kingStepsMayBeMated<Side>(position)
                              : core::flightsMayAllBeCovered<Side>(position, false)) {
     allowed.fill(~std::uint64_t{0});
@@ -73,8 +76,8 @@ core::MoverTargets allowedMoves(const core::Position& position, const std::strin
 }
 
 // The moves at ply 1, by the mover's square, that a count lets through: those
-// of the side to be mated ("king", "other"), or of the side mating it
-// ("three").
+// of the side to be mated ("king", "other", "helping": the king's are always
+// let through), or of the side mating it ("three").
 core::MoverTargets allowedMoves(const core::PlyStack& stack, const std::string& moves) {
   return stack.sideAt(1) == core::White ? allowedMoves<core::White>(stack[1].position, moves)
                                         : allowedMoves<core::Black>(stack[1].position, moves);
@@ -103,6 +106,7 @@ struct RandomCase {
 constexpr RandomCase kRandomCases[] = {
     {"other", 20000, 8, 12},
     {"king", 20000, 8, 12},
+    {"helping", 20000, 8, 12},
     {"three", 3000, 5, 8},
 };
 
