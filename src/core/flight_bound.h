@@ -694,7 +694,8 @@ bool helpingLastMoves(const Position& position, bool enPassantPossible, MoverTar
       targets = ~std::uint64_t{0};
       continue;
     }
-    targets = flights;
+    // Only the flights it reaches: a man that reaches none is not taken up.
+    targets = flights & check_geometry::kReach[static_cast<std::size_t>(pieceSlot(code))][static_cast<std::size_t>(square)];
     if (code == Side * piece::Pawn && (square >> 3) == kPawnRow) targets |= std::uint64_t{1} << (square - 16 * Side);
   }
   return true;
