@@ -130,22 +130,23 @@ inline std::uint64_t linesWithLeaving(const Position& position, int side, Leavin
 inline bool uncoversCheck(const Position& position, int side, int king, int square, int others) {
   const int direction = check_geometry::kLines[static_cast<std::size_t>(king)][static_cast<std::size_t>(square)];
   if (direction < 0) return false;
-  int file = king & 7;
-  int row = king >> 3;
+  const std::uint64_t leaving = std::uint64_t{1} << square;
+  // The men on the line from the king outwards, nearest first.
+  std::uint64_t men = (kRays[static_cast<std::size_t>(direction)][static_cast<std::size_t>(king)] &
+                       occupiedOf(position.board)) |
+                      leaving;
   bool passed = false;
-  for (;;) {
-    file += kDirectionFileStep[direction];
-    row += kDirectionRowStep[direction];
-    if (!geometry::onBoard(file, row)) return false;
-    const int at = 8 * row + file;
-    const int code = position.board[static_cast<std::size_t>(at)];
+  while (men != 0) {
+    const int at = nearestOn(men, direction);
+    men &= ~(std::uint64_t{1} << at);
     if (at == square) {
       passed = true;
-    } else if (code != 0) {
-      if (passed && bearsAlong(code, side, direction)) return true;
+    } else {
+      if (passed && bearsAlong(position.board[static_cast<std::size_t>(at)], side, direction)) return true;
       if (--others < 0) return false;
     }
   }
+  return false;
 }
 
 // The squares the king of `Side` cannot step to on `lifted`: those of its
