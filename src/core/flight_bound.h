@@ -34,6 +34,13 @@ constexpr bool bearsAlong(int code, int side, int direction) {
   return code == side * (direction % 2 == 0 ? piece::Rook : piece::Bishop);
 }
 
+// The directions the man `code` bears along for `side`, one bit each.
+constexpr unsigned directionsOf(int code, int side) {
+  if (code == side * piece::Queen) return 0xffu;
+  if (code == side * piece::Rook) return 0x55u;
+  return code == side * piece::Bishop ? 0xaau : 0u;
+}
+
 inline constexpr int kDirectionFileStep[8] = {-1, -1, 0, 1, 1, 1, 0, -1};
 inline constexpr int kDirectionRowStep[8] = {0, -1, -1, -1, 0, 1, 1, 1};
 
@@ -88,8 +95,8 @@ std::array<std::uint64_t, N> linesWithLeaving(const Position& position, int side
        pieces &= pieces - 1) {
     const int from = std::countr_zero(pieces);
     const int code = position.board[static_cast<std::size_t>(from)];
-    for (int direction = 0; direction < 8; ++direction) {
-      if (!bearsAlong(code, side, direction)) continue;
+    for (unsigned directions = directionsOf(code, side); directions != 0; directions &= directions - 1) {
+      const int direction = std::countr_zero(directions);
       const std::uint64_t ray = kRays[static_cast<std::size_t>(direction)][static_cast<std::size_t>(from)];
       unsigned open = (1u << N) - 1;  // the budgets the line still reaches through
       int own = 0;
@@ -673,8 +680,8 @@ bool helpingLastMoves(const Position& position, bool enPassantPossible, MoverTar
   for (std::uint64_t pieces = menOf<Opponent>(board); pieces != 0; pieces &= pieces - 1) {
     const int from = std::countr_zero(pieces);
     const int code = board[from];
-    for (int direction = 0; direction < 8; ++direction) {
-      if (!detail::bearsAlong(code, Opponent, direction)) continue;
+    for (unsigned directions = detail::directionsOf(code, Opponent); directions != 0; directions &= directions - 1) {
+      const int direction = std::countr_zero(directions);
       const std::uint64_t ray = detail::kRays[static_cast<std::size_t>(direction)][static_cast<std::size_t>(from)];
       for (std::uint64_t blockers = ray & occupied, passed = 0; blockers != 0 && passed < 2; ++passed) {
         const int at = detail::nearestOn(blockers, direction);
