@@ -179,17 +179,25 @@ inline std::uint64_t flightsOf(int king, std::uint64_t closed) {
          ~closed;
 }
 
-// The squares the man `code` attacks from `square` on an empty board; a pawn
-// on the last rank as a queen or a knight.
-inline std::uint64_t coverFrom(int code, int square) {
-  const auto at = static_cast<std::size_t>(square);
-  std::uint64_t attacked = check_geometry::kEmptyBoardAttacks[static_cast<std::size_t>(pieceSlot(code))][at];
-  if ((code == piece::Pawn || code == -piece::Pawn) && (square < 8 || square >= 56)) {
-    const int side = code > 0 ? White : Black;
-    attacked |= check_geometry::kEmptyBoardAttacks[static_cast<std::size_t>(pieceSlot(side * piece::Queen))][at] |
-                check_geometry::kEmptyBoardAttacks[static_cast<std::size_t>(pieceSlot(side * piece::Knight))][at];
+// By piece slot and square, the squares a man attacks from there on an empty
+// board; a pawn on the last rank as a queen or a knight as well.
+constexpr std::array<std::array<std::uint64_t, 64>, 18> makeCover() {
+  auto cover = check_geometry::kEmptyBoardAttacks;
+  for (int side : {White, Black}) {
+    auto& pawn = cover[static_cast<std::size_t>(pieceSlot(side * piece::Pawn))];
+    const auto& queen = check_geometry::kEmptyBoardAttacks[static_cast<std::size_t>(pieceSlot(side * piece::Queen))];
+    const auto& knight = check_geometry::kEmptyBoardAttacks[static_cast<std::size_t>(pieceSlot(side * piece::Knight))];
+    for (std::size_t square = 0; square < 64; ++square) {
+      if (square < 8 || square >= 56) pawn[square] |= queen[square] | knight[square];
+    }
   }
-  return attacked;
+  return cover;
+}
+
+inline constexpr auto kCover = makeCover();
+
+inline std::uint64_t coverFrom(int code, int square) {
+  return kCover[static_cast<std::size_t>(pieceSlot(code))][static_cast<std::size_t>(square)];
 }
 
 // For a man on a square and a king square: the most squares next to the king
