@@ -10,6 +10,7 @@
 #include <cstring>
 
 #include "core/attacks.h"
+#include "core/board_bits.h"
 #include "core/check_geometry.h"
 #include "core/movegen.h"
 #include "core/position.h"
@@ -150,15 +151,17 @@ template <int Side>
                            stack.discoveryLines[static_cast<std::size_t>(ply)]);
 }
 
-// Finds the next man of the side from `start` on, lifts it from the next
-// frame's board and generates its moves; false when no man is left. The
-// checking-move iterator passes over men that cannot give check at all.
+// Finds the next man of the side (the first one when `first`), lifts it from
+// the next frame's board and generates its moves; false when no man is left.
+// The checking-move iterator passes over men that cannot give check at all.
 template <int Side, MoveTest Test>
-[[gnu::always_inline]] inline bool takeUpMan(PlyStack& stack, int ply, PlyFrame& frame, Position& next, int start) {
+[[gnu::always_inline]] inline bool takeUpMan(PlyStack& stack, int ply, PlyFrame& frame, Position& next, bool first) {
   const std::int8_t* board = frame.position.board;
-  for (int square = start; square < 64; ++square) {
+  if (first) frame.menLeft = menOf<Side>(board);
+  while (frame.menLeft != 0) {
+    const int square = std::countr_zero(frame.menLeft);
+    frame.menLeft &= frame.menLeft - 1;
     const int code = board[square];
-    if (code * Side <= 0) continue;
     if constexpr (Test == MoveTest::Checking) {
       if (!mayCheck<Side>(stack, ply, frame.position, code, square)) continue;
     }
@@ -227,7 +230,7 @@ template <int Side, MoveTest Test>
       stack.discoveryLines[static_cast<std::size_t>(ply)] =
           attackLinesAgainst<-Side>(detail::enemyKingSquareOf<Side>(frame.position), frame.position);
     }
-    if (!detail::takeUpMan<Side, Test>(stack, ply, frame, next, 0)) return 1;
+    if (!detail::takeUpMan<Side, Test>(stack, ply, frame, next, true)) return 1;
   } else {
     detail::putBack<Side>(frame, next);
   }
@@ -240,7 +243,7 @@ template <int Side, MoveTest Test>
           detail::kingSquareOf<Side>(next) = detail::kingSquareOf<Side>(frame.position);
         }
       }
-      if (!detail::takeUpMan<Side, Test>(stack, ply, frame, next, frame.fromSquare + 1)) return 1;
+      if (!detail::takeUpMan<Side, Test>(stack, ply, frame, next, false)) return 1;
       continue;
     }
     ++frame.entryIndex;

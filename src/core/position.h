@@ -73,20 +73,21 @@ struct MoveEntry {
 static_assert(sizeof(MoveEntry) == 8);
 
 // Room for far more moves than one piece can have (a queen has 27).
-constexpr int kMoveListCapacity = 87;
+constexpr int kMoveListCapacity = 86;
 // Entries cleared before a generator fills a list for counting.
 constexpr int kClearedEntries = 30;
 
 struct PlyFrame {
   Position position;
   std::int32_t movedPiece;   // code of the man the current move takes up
-  std::int32_t fromSquare;   // also the scan cursor of the legal-move iterator
+  std::int32_t fromSquare;
   std::int32_t toSquare;
   std::int32_t placedPiece;  // what stands on toSquare afterwards
   std::int32_t moveKind;
   std::int32_t searchFlag;   // owned by the searches
   std::int32_t entryIndex;   // entries of the current man already taken
   std::int32_t searchCount;  // owned by the searches
+  std::uint64_t menLeft;     // the legal-move iterator's men not yet taken up
   MoveEntry moveList[kMoveListCapacity];
 };
 static_assert(sizeof(PlyFrame) == 800);
