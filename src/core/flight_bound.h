@@ -638,23 +638,42 @@ bool opponentMayCastle(const Position& position) {
 
 }  // namespace detail
 
+// The king of `Side`, to make the last move before the opponent's mating
+// reply, as the counts below see it: lifted off its square, the squares it
+// cannot step to, and the squares the opponent's line pieces would attack
+// once one move of each side had left their lines (`openingByBoth`) or one of
+// the opponent only (`openingByReply`). Worked out once for all three counts.
+template <int Side>
+struct LastMoveView {
+  explicit LastMoveView(const Position& position)
+      : lifted(position), king(Side == White ? position.whiteKingSquare : position.blackKingSquare) {
+    lifted.board[king] = 0;
+    const auto lines = detail::linesWithLeaving<3>(lifted, -Side, {{{0, 0}, {1, 1}, {1, 0}}});
+    closed = detail::closedSquares<Side>(lifted, lines[0]);
+    openingByBoth = lines[1];
+    openingByReply = lines[2];
+  }
+
+  Position lifted;
+  int king;
+  std::uint64_t closed = 0;
+  std::uint64_t openingByBoth = 0;
+  std::uint64_t openingByReply = 0;
+};
+
 // Whether the king of `Side` could stand mated after a move of its own side
 // that does not move the king, followed by one move of the opponent. The own
 // move can fill one flight, and it and the reply may each leave a line.
 // An en-passant capture (`enPassantPossible`) or castling moves a third man,
 // so then the answer is always yes.
 template <int Side>
-bool flightsMayAllBeCovered(const Position& position, bool enPassantPossible) {
-  if (enPassantPossible || detail::opponentMayCastle<Side>(position)) return true;
-  const int king = Side == White ? position.whiteKingSquare : position.blackKingSquare;
-  Position lifted = position;
-  lifted.board[king] = 0;
-  const auto lines = detail::linesWithLeaving<2>(lifted, -Side, {{{0, 0}, {1, 1}}});
-  const std::uint64_t flights = detail::flightsOf(king, detail::closedSquares<Side>(lifted, lines[0]));
+bool flightsMayAllBeCovered(const LastMoveView<Side>& view, bool enPassantPossible) {
+  if (enPassantPossible || detail::opponentMayCastle<Side>(view.lifted)) return true;
+  const std::uint64_t flights = detail::flightsOf(view.king, view.closed);
   constexpr int kLeaving = 2;
   if (geometry::squaresIn(flights) <= 1) return true;
-  const int uncovered = geometry::squaresIn(flights) - detail::fillable<Side>(lifted, flights);
-  return detail::replyMayCover<Side>(lifted, king, flights, uncovered, kLeaving, lines[1]);
+  const int uncovered = geometry::squaresIn(flights) - detail::fillable<Side>(view.lifted, flights);
+  return detail::replyMayCover<Side>(view.lifted, view.king, flights, uncovered, kLeaving, view.openingByBoth);
 }
 
 // Where the men of `Side`, to move, may go with a last move that helps the
@@ -668,18 +687,16 @@ bool flightsMayAllBeCovered(const Position& position, bool enPassantPossible) {
 // squares, and says whether the moves are so restricted: not when the reply
 // alone may mate, nor when castling or an en-passant capture is in the air.
 template <int Side>
-bool helpingLastMoves(const Position& position, bool enPassantPossible, MoverTargets& landings) {
+bool helpingLastMoves(const LastMoveView<Side>& view, bool enPassantPossible, MoverTargets& landings) {
   constexpr int Opponent = -Side;
-  if (enPassantPossible || detail::opponentMayCastle<Side>(position) || detail::opponentMayCastle<Opponent>(position)) {
+  const Position& lifted = view.lifted;
+  if (enPassantPossible || detail::opponentMayCastle<Side>(lifted) || detail::opponentMayCastle<Opponent>(lifted)) {
     return false;
   }
-  const int king = Side == White ? position.whiteKingSquare : position.blackKingSquare;
-  Position lifted = position;
-  lifted.board[king] = 0;
-  const auto lines = detail::linesWithLeaving<2>(lifted, Opponent, {{{0, 0}, {1, 0}}});
-  const std::uint64_t flights = detail::flightsOf(king, detail::closedSquares<Side>(lifted, lines[0]));
+  const std::uint64_t flights = detail::flightsOf(view.king, view.closed);
   constexpr int kLeaving = 1;
-  if (detail::replyMayCover<Side>(lifted, king, flights, geometry::squaresIn(flights), kLeaving, lines[1])) {
+  if (detail::replyMayCover<Side>(lifted, view.king, flights, geometry::squaresIn(flights), kLeaving,
+                                  view.openingByReply)) {
     return false;
   }
   const std::int8_t* board = lifted.board;
@@ -702,11 +719,12 @@ bool helpingLastMoves(const Position& position, bool enPassantPossible, MoverTar
     }
   }
   constexpr int kPawnRow = Side == White ? 6 : 1;
-  for (std::uint64_t men = menOf<Side>(position.board); men != 0; men &= men - 1) {
+  landings[static_cast<std::size_t>(view.king)] = ~std::uint64_t{0};
+  for (std::uint64_t men = menOf<Side>(board); men != 0; men &= men - 1) {
     const int square = std::countr_zero(men);
-    const int code = position.board[square];
+    const int code = board[square];
     std::uint64_t& targets = landings[static_cast<std::size_t>(square)];
-    if (square == king || ((openers >> square) & 1) != 0) {
+    if (((openers >> square) & 1) != 0) {
       targets = ~std::uint64_t{0};
       continue;
     }
@@ -725,17 +743,14 @@ bool helpingLastMoves(const Position& position, bool enPassantPossible, MoverTar
 // adds attacks. Castling is a step too far to judge here, so the answer is
 // yes when either side may castle.
 template <int Side>
-bool kingStepsMayBeMated(const Position& position) {
-  if (detail::opponentMayCastle<Side>(position) || detail::opponentMayCastle<-Side>(position)) return true;
-  const int king = Side == White ? position.whiteKingSquare : position.blackKingSquare;
-  Position lifted = position;
-  lifted.board[king] = 0;
-  const auto lines = detail::linesWithLeaving<2>(lifted, -Side, {{{0, 0}, {1, 0}}});
-  const std::uint64_t closed = detail::closedSquares<Side>(lifted, lines[0]);
-  const std::uint64_t steps = detail::flightsOf(king, closed);
+bool kingStepsMayBeMated(const LastMoveView<Side>& view) {
+  const Position& lifted = view.lifted;
+  if (detail::opponentMayCastle<Side>(lifted) || detail::opponentMayCastle<-Side>(lifted)) return true;
+  const std::uint64_t closed = view.closed;
+  const std::uint64_t steps = detail::flightsOf(view.king, closed);
   if (steps == 0) return true;  // no step: the search looks at whether it stands mated already
   constexpr int kLeaving = 1;
-  const std::uint64_t opening = lines[1];
+  const std::uint64_t opening = view.openingByReply;
   for (std::uint64_t rest = steps; rest != 0; rest &= rest - 1) {
     const int step = std::countr_zero(rest);
     const std::uint64_t flights = detail::flightsOf(step, closed);

@@ -138,24 +138,22 @@ void SolverJob::prefetchChildren() {
 // double step (which may allow an en-passant capture) can. When its flights
 // are too many for a move of its own and the reply to cover, no move but
 // the king's can, and the king's steps only to where a reply may cover its
-// new flights.
+// new flights. When the reply could not mate without help, only the moves
+// that may help it can.
 SolverJob::LastMoves SolverJob::lastMovesThatMayMate(int ply) {
   const core::Position& position = stack_[ply].position;
   const bool enPassant = core::enPassantPawn(stack_, ply) >= 0;
-  const bool white = stack_.sideAt(ply) == core::White;
-  if (white ? core::flightsMayAllBeCovered<core::White>(position, enPassant)
-            : core::flightsMayAllBeCovered<core::Black>(position, enPassant)) {
-    const bool mayCheck = white ? core::canCheckWithAMove<core::Black>(position, position.whiteKingSquare)
-                                : core::canCheckWithAMove<core::White>(position, position.blackKingSquare);
-    if (!mayCheck) return LastMoves::KingOnly;
-    core::MoverTargets& landings = stack_.moverTargetsAt(ply);
-    const bool helping = white ? core::helpingLastMoves<core::White>(position, enPassant, landings)
-                               : core::helpingLastMoves<core::Black>(position, enPassant, landings);
-    return helping ? LastMoves::Some : LastMoves::Any;
-  }
-  const bool kingMay = white ? core::kingStepsMayBeMated<core::White>(position)
-                             : core::kingStepsMayBeMated<core::Black>(position);
-  return kingMay ? LastMoves::KingOnly : LastMoves::None;
+  core::MoverTargets& landings = stack_.moverTargetsAt(ply);
+  const auto judge = [&]<int Side>() {
+    const core::LastMoveView<Side> view(position);
+    if (core::flightsMayAllBeCovered(view, enPassant)) {
+      if (!core::canCheckWithAMove<-Side>(position, view.king)) return LastMoves::KingOnly;
+      return core::helpingLastMoves(view, enPassant, landings) ? LastMoves::Some : LastMoves::Any;
+    }
+    return core::kingStepsMayBeMated(view) ? LastMoves::KingOnly : LastMoves::None;
+  };
+  return stack_.sideAt(ply) == core::White ? judge.template operator()<core::White>()
+                                           : judge.template operator()<core::Black>();
 }
 
 // Two plies earlier, on the mating side's move: which of its moves may start

@@ -67,9 +67,9 @@ core::MoverTargets allowedMoves(const core::Position& position, const std::strin
   if (moves == "three") {
     core::firstMovesMayMate<-Side>(position, false, allowed);
   } else if (moves == "helping") {
-    if (!core::helpingLastMoves<Side>(position, false, allowed)) allowed.fill(~std::uint64_t{0});
-  } else if (moves == "king" ? core::kingStepsMayBeMated<Side>(position)
-                             : core::flightsMayAllBeCovered<Side>(position, false)) {
+    if (!core::helpingLastMoves(core::LastMoveView<Side>(position), false, allowed)) allowed.fill(~std::uint64_t{0});
+  } else if (moves == "king" ? core::kingStepsMayBeMated(core::LastMoveView<Side>(position))
+                             : core::flightsMayAllBeCovered(core::LastMoveView<Side>(position), false)) {
     allowed.fill(~std::uint64_t{0});
   }
   return allowed;
