@@ -7,6 +7,7 @@
 #include "core/attacks.h"
 #include "core/flight_bound.h"
 #include "core/legal.h"
+#include "core/mate_picture.h"
 #include "core/mate_test.h"
 #include "solver/solver_job.h"
 
@@ -28,6 +29,7 @@ SolverJob::Outcome SolverJob::helpSearch() {
         // Which moves may lead on to mate from this ply; when none can, the
         // ply fails at once.
         const LastMoves lastMoves = ply_ == lastMovePly_ - 1   ? lastMovesThatMayMate(ply_)
+                                    : !mateMayBeBuiltFrom(ply_) ? LastMoves::None
                                     : ply_ == lastMovePly_ - 2 ? lastThreeMovesMayMate(ply_)
                                                                : LastMoves::Any;
         if (lastMoves == LastMoves::None) {
@@ -139,21 +141,68 @@ void SolverJob::prefetchChildren() {
 // are too many for a move of its own and the reply to cover, no move but
 // the king's can, and the king's steps only to where a reply may cover its
 // new flights. When the reply could not mate without help, only the moves
-// that may help it can.
+// that may help it can. Of those, only the ones after which a mate picture
+// still fits are made.
 SolverJob::LastMoves SolverJob::lastMovesThatMayMate(int ply) {
   const core::Position& position = stack_[ply].position;
   const bool enPassant = core::enPassantPawn(stack_, ply) >= 0;
   core::MoverTargets& landings = stack_.moverTargetsAt(ply);
   const auto judge = [&]<int Side>() {
     const core::LastMoveView<Side> view(position);
+    LastMoves moves = LastMoves::None;
     if (core::flightsMayAllBeCovered(view, enPassant)) {
-      if (!core::canCheckWithAMove<-Side>(position, view.king)) return LastMoves::KingOnly;
-      return core::helpingLastMoves(view, enPassant, landings) ? LastMoves::Some : LastMoves::Any;
+      if (!core::canCheckWithAMove<-Side>(position, view.king)) {
+        moves = LastMoves::KingOnly;
+      } else {
+        moves = core::helpingLastMoves(view, enPassant, landings) ? LastMoves::Some : LastMoves::Any;
+      }
+    } else if (core::kingStepsMayBeMated(view)) {
+      moves = LastMoves::KingOnly;
     }
-    return core::kingStepsMayBeMated(view) ? LastMoves::KingOnly : LastMoves::None;
+    if (moves == LastMoves::None || core::anyCastlingRight(position)) return moves;
+    return movesAfterWhichAPictureFits<Side>(position, view.king, moves, landings);
   };
   return stack_.sideAt(ply) == core::White ? judge.template operator()<core::White>()
                                            : judge.template operator()<core::Black>();
+}
+
+// The moves of `moves` (landings as `landings` holds them for Some) after
+// which a mate picture still fits: written into `landings`, man by man.
+template <int Side>
+SolverJob::LastMoves SolverJob::movesAfterWhichAPictureFits(const core::Position& position, int king,
+                                                            LastMoves moves, core::MoverTargets& landings) {
+  const auto pictures = core::MatePictures<Side>(position, 1, 1).lastMoves();
+  if (pictures.any) return moves;
+  constexpr int kPawnRow = Side == core::White ? 6 : 1;
+  bool someMove = false;
+  for (std::uint64_t men = core::menOf<Side>(position.board); men != 0; men &= men - 1) {
+    const int square = std::countr_zero(men);
+    std::uint64_t& targets = landings[static_cast<std::size_t>(square)];
+    if (square == king) {
+      targets = (moves == LastMoves::Some ? targets : ~std::uint64_t{0}) & pictures.king;
+    } else if (moves == LastMoves::KingOnly) {
+      const bool doubleStep = position.board[square] == Side * core::piece::Pawn && (square >> 3) == kPawnRow;
+      targets = doubleStep ? (std::uint64_t{1} << (square - 16 * Side)) & pictures.others : 0;
+    } else {
+      targets = (moves == LastMoves::Some ? targets : ~std::uint64_t{0}) & pictures.others;
+    }
+    someMove = someMove || targets != 0;
+  }
+  return someMove ? LastMoves::Some : LastMoves::None;
+}
+
+// In the last four plies but the one before the mate (which the count
+// above judges move by move): whether the side to be mated could still stand
+// mated in the moves left, by the mate pictures the men could build.
+bool SolverJob::mateMayBeBuiltFrom(int ply) const {
+  const int plies = lastMovePly_ - ply + 1;  // this one and the mate's with those between
+  if (plies > 4) return true;
+  const bool matedToMove = stack_.sideAt(ply) == stack_.sideAt(1);
+  const int ownMoves = matedToMove ? plies / 2 : (plies - 1) / 2;
+  const int matingMoves = plies - ownMoves;
+  const core::Position& position = stack_[ply].position;
+  return stack_.sideAt(1) == core::White ? core::mateMayBeBuilt<core::White>(position, ownMoves, matingMoves)
+                                         : core::mateMayBeBuilt<core::Black>(position, ownMoves, matingMoves);
 }
 
 // Two plies earlier, on the mating side's move: which of its moves may start

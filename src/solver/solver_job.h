@@ -98,6 +98,10 @@ class SolverJob : public jobs::Job {
   // pawns' double steps), those the ply's mover targets allow, or none.
   enum class LastMoves { Any, KingOnly, Some, None };
   VELKARO_COUNTING_STEP LastMoves lastMovesThatMayMate(int ply);
+  template <int Side>
+  LastMoves movesAfterWhichAPictureFits(const core::Position& position, int king, LastMoves moves,
+                                        core::MoverTargets& landings);
+  VELKARO_COUNTING_STEP bool mateMayBeBuiltFrom(int ply) const;
   VELKARO_COUNTING_STEP LastMoves lastThreeMovesMayMate(int ply);
   int nextMoveAtHelpPly(int continuing);
 

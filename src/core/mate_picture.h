@@ -1,0 +1,373 @@
+#pragma once
+// Whether the men could still build a mate in the last few moves of a
+// helpmate: a picture around some square the mated king can reach, with a
+// man of the mating side bearing on it and every square next to it either
+// covered by the mating side or filled by a man of the king's own side.
+//
+// Everything is judged on an empty board: a man reaches in n moves whatever
+// its moves would reach with nothing in the way (a pawn steps ahead or aside
+// and may promote on the last rank), and a line piece bears through every
+// man. Each square filled needs a move that lands there, and the king's
+// steps come out of the same moves. So when no picture fits, no line of the
+// real game mates; a picture that fits proves nothing.
+//
+// The mating side has at most two moves left here (one man moves once or
+// twice, or two men move once each), and the other side at most two.
+
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <cstdint>
+#include <utility>
+
+#include "core/board_bits.h"
+#include "core/check_geometry.h"
+#include "core/geometry.h"
+#include "core/position.h"
+
+namespace velkaro::core {
+
+namespace picture_detail {
+
+// The most moves either side may have left.
+inline constexpr int kMostMoves = 2;
+inline constexpr std::uint64_t kLastRanks = 0xff000000000000ffULL;
+
+inline std::uint64_t around(int square) {
+  return check_geometry::kEmptyBoardAttacks[static_cast<std::size_t>(pieceSlot(piece::King))]
+                                           [static_cast<std::size_t>(square)];
+}
+
+inline std::uint64_t attacksFrom(int slot, int square) {
+  return check_geometry::kEmptyBoardAttacks[static_cast<std::size_t>(slot)][static_cast<std::size_t>(square)];
+}
+
+// By piece slot and square, the squares from which a man of that slot attacks
+// the square on an empty board.
+constexpr std::array<std::array<std::uint64_t, 64>, 18> makeAttackers() {
+  std::array<std::array<std::uint64_t, 64>, 18> attackers{};
+  for (std::size_t slot = 0; slot < 18; ++slot) {
+    for (std::size_t from = 0; from < 64; ++from) {
+      for (std::uint64_t attacked = check_geometry::kEmptyBoardAttacks[slot][from]; attacked != 0;
+           attacked &= attacked - 1) {
+        attackers[slot][static_cast<std::size_t>(std::countr_zero(attacked))] |= std::uint64_t{1} << from;
+      }
+    }
+  }
+  return attackers;
+}
+
+inline constexpr auto kAttackers = makeAttackers();
+
+// The squares within one and two king steps of each square.
+constexpr std::array<std::array<std::uint64_t, 64>, kMostMoves + 1> makeBalls() {
+  std::array<std::array<std::uint64_t, 64>, kMostMoves + 1> balls{};
+  for (int radius = 0; radius <= kMostMoves; ++radius) {
+    for (int square = 0; square < 64; ++square) {
+      for (int to = 0; to < 64; ++to) {
+        const int files = std::max((square & 7) - (to & 7), (to & 7) - (square & 7));
+        const int rows = std::max((square >> 3) - (to >> 3), (to >> 3) - (square >> 3));
+        if (std::max(files, rows) <= radius) {
+          balls[static_cast<std::size_t>(radius)][static_cast<std::size_t>(square)] |= std::uint64_t{1} << to;
+        }
+      }
+    }
+  }
+  return balls;
+}
+
+inline constexpr auto kBalls = makeBalls();
+
+inline std::uint64_t stepsFrom(std::uint64_t squares, int slot) {
+  std::uint64_t next = 0;
+  for (; squares != 0; squares &= squares - 1) {
+    next |= check_geometry::kReach[static_cast<std::size_t>(slot)][static_cast<std::size_t>(std::countr_zero(squares))];
+  }
+  return next;
+}
+
+// Where a man may stand after at most n moves: `asIs[n]` as the man it is,
+// `promoted[n]` as a piece a pawn promoted to.
+struct Reach {
+  std::array<std::uint64_t, kMostMoves + 1> asIs{};
+  std::array<std::uint64_t, kMostMoves + 1> promoted{};
+};
+
+inline Reach reachOf(int code, int from, int moves) {
+  Reach reach;
+  const int slot = pieceSlot(code);
+  const bool pawn = code == piece::Pawn || code == -piece::Pawn;
+  const int queen = pieceSlot(code > 0 ? piece::Queen : -piece::Queen);
+  const int knight = pieceSlot(code > 0 ? piece::Knight : -piece::Knight);
+  reach.asIs[0] = std::uint64_t{1} << from;
+  for (std::size_t n = 1; n <= static_cast<std::size_t>(moves); ++n) {
+    const std::uint64_t before = reach.asIs[n - 1];
+    if (!pawn) {
+      reach.asIs[n] = before | stepsFrom(before, slot);
+      continue;
+    }
+    const std::uint64_t steps = stepsFrom(before, slot);
+    reach.asIs[n] = before | (steps & ~kLastRanks);
+    reach.promoted[n] = reach.promoted[n - 1] | (steps & kLastRanks) | stepsFrom(reach.promoted[n - 1], queen) |
+                        stepsFrom(reach.promoted[n - 1], knight);
+  }
+  return reach;
+}
+
+// A man of the mating side: how it may stand at the end.
+struct MatingMan {
+  int slot;
+  int square;
+  bool king;
+  std::uint64_t attacks;  // from where it stands
+  Reach reach;
+  int queen;   // the slots a promoted pawn may take
+  int knight;
+};
+
+// The picture around one square for the king: the squares next to it its own
+// men do not fill, and the moves its side has left for filling them once the
+// king has walked there; `within[n]` holds the squares its men reach in n
+// moves.
+struct Picture {
+  int king;
+  std::uint64_t flights;
+  int fillMoves;
+  const std::array<std::uint64_t, kMostMoves + 1>* within;
+
+  // The moves that filling `open` takes at least, or more than the side has.
+  int fillingMoves(std::uint64_t open) const {
+    if ((open & ~(*within)[static_cast<std::size_t>(fillMoves)]) != 0) return fillMoves + 1;
+    int moves = 0;
+    for (std::size_t n = 0; n < static_cast<std::size_t>(fillMoves) && open != 0; ++n) {
+      open &= ~(*within)[n];
+      moves += geometry::countOf(open);
+    }
+    return moves;
+  }
+
+  bool fills(std::uint64_t open) const { return fillingMoves(open) <= fillMoves; }
+
+  // The squares a man of `slot` may stand on to cover all of `squares`.
+  static std::uint64_t coveringAll(int slot, std::uint64_t squares, std::uint64_t from) {
+    for (; squares != 0 && from != 0; squares &= squares - 1) {
+      from &= kAttackers[static_cast<std::size_t>(slot)][static_cast<std::size_t>(std::countr_zero(squares))];
+    }
+    return from;
+  }
+
+  // Whether a man of `slot` on one of `from` completes the picture, with
+  // `covered` covered by the rest and a check already there when `checked`.
+  // Some of the squares left open may be filled: each such set is tried.
+  bool completedBy(int slot, std::uint64_t from, std::uint64_t covered, bool checked) const {
+    if (!checked) from &= kAttackers[static_cast<std::size_t>(slot)][static_cast<std::size_t>(king)];
+    if (from == 0) return false;
+    const std::uint64_t open = flights & ~covered;
+    if (fills(open) || coveringAll(slot, open, from) != 0) return true;
+    if (fillMoves == 0) return false;
+    const std::uint64_t fillable = open & (*within)[static_cast<std::size_t>(fillMoves)];
+    for (std::uint64_t first = fillable; first != 0; first &= first - 1) {
+      const std::uint64_t one = first & -first;
+      if (fills(one) && coveringAll(slot, open & ~one, from) != 0) return true;
+      if (fillMoves < 2) continue;
+      for (std::uint64_t second = first & (first - 1); second != 0; second &= second - 1) {
+        const std::uint64_t two = one | (second & -second);
+        if (fills(two) && coveringAll(slot, open & ~two, from) != 0) return true;
+      }
+    }
+    return false;
+  }
+
+  // The same for a man that may stand where its reach allows after `moves`,
+  // as itself or promoted; `barred` are squares it cannot end on.
+  bool completedBy(const MatingMan& man, int moves, std::uint64_t barred, std::uint64_t covered,
+                   bool checked) const {
+    const auto n = static_cast<std::size_t>(moves);
+    if (completedBy(man.slot, man.reach.asIs[n] & ~barred, covered, checked)) return true;
+    const std::uint64_t promoted = man.reach.promoted[n] & ~barred;
+    return promoted != 0 &&
+           (completedBy(man.queen, promoted, covered, checked) || completedBy(man.knight, promoted, covered, checked));
+  }
+};
+
+}  // namespace picture_detail
+
+inline bool anyCastlingRight(const Position& position) {
+  return position.whiteLongCastle || position.whiteShortCastle || position.blackLongCastle ||
+         position.blackShortCastle;
+}
+
+// The mate pictures around the king of `Side` that its side, with at most
+// `ownMoves` (up to two) more moves, and the opponent, with `matingMoves`
+// (one or two, the last of them the mate), might build.
+template <int Side>
+class MatePictures {
+ public:
+  MatePictures(const Position& position, int ownMoves, int matingMoves)
+      : ownMoves_(ownMoves),
+        matingMoves_(matingMoves),
+        king_(Side == White ? position.whiteKingSquare : position.blackKingSquare),
+        own_(menOf<Side>(position.board) & ~(std::uint64_t{1} << king_)) {
+    using namespace picture_detail;
+    for (std::uint64_t men = own_; men != 0 && ownMoves > 0; men &= men - 1) {
+      const int square = std::countr_zero(men);
+      const Reach reach = reachOf(position.board[square], square, ownMoves);
+      for (std::size_t n = 1; n <= static_cast<std::size_t>(ownMoves); ++n) {
+        within_[n] |= reach.asIs[n] | reach.promoted[n];
+      }
+    }
+    for (std::uint64_t mating = menOf<-Side>(position.board); mating != 0; mating &= mating - 1) {
+      const int square = std::countr_zero(mating);
+      const int code = position.board[square];
+      men_[static_cast<std::size_t>(count_++)] =
+          MatingMan{pieceSlot(code), square, code == -Side * piece::King, attacksFrom(pieceSlot(code), square),
+                    reachOf(code, square, matingMoves), pieceSlot(-Side * piece::Queen),
+                    pieceSlot(-Side * piece::Knight)};
+    }
+  }
+
+  // Whether a picture fits around some square the king may walk to.
+  bool anyFits() const {
+    using picture_detail::kBalls;
+    for (int steps = 0; steps <= ownMoves_; ++steps) {
+      std::uint64_t ring = kBalls[static_cast<std::size_t>(steps)][static_cast<std::size_t>(king_)];
+      if (steps > 0) ring &= ~kBalls[static_cast<std::size_t>(steps - 1)][static_cast<std::size_t>(king_)];
+      for (; ring != 0; ring &= ring - 1) {
+        if (fitsAround(std::countr_zero(ring), 0, ownMoves_ - steps)) return true;
+      }
+    }
+    return false;
+  }
+
+  // Whether a picture fits around `target` with the squares of `filled`
+  // filled already and `fillMoves` moves left to fill more.
+  bool fitsAround(int target, std::uint64_t filled, int fillMoves) const {
+    using namespace picture_detail;
+    const std::uint64_t targetBit = std::uint64_t{1} << target;
+    const Picture picture{target, around(target) & ~own_ & ~filled, fillMoves, &within_};
+    const std::uint64_t barredForKing = around(target) | targetBit;
+    const auto barredFor = [&](const MatingMan& man) { return man.king ? barredForKing : targetBit; };
+    // Standing men cover from their squares; one on a square barred to it
+    // has to go, and covers nothing unless it moves.
+    std::array<std::uint64_t, 16> stays{};
+    std::array<std::uint64_t, 17> coverBefore{};
+    std::array<std::uint64_t, 17> coverAfter{};
+    for (int index = 0; index < count_; ++index) {
+      const MatingMan& man = men_[static_cast<std::size_t>(index)];
+      stays[static_cast<std::size_t>(index)] = ((barredFor(man) >> man.square) & 1) != 0 ? 0 : man.attacks;
+      coverBefore[static_cast<std::size_t>(index + 1)] =
+          coverBefore[static_cast<std::size_t>(index)] | stays[static_cast<std::size_t>(index)];
+    }
+    for (int index = count_ - 1; index >= 0; --index) {
+      coverAfter[static_cast<std::size_t>(index)] =
+          coverAfter[static_cast<std::size_t>(index + 1)] | stays[static_cast<std::size_t>(index)];
+    }
+    // No man moves, or one man makes all the moves.
+    const std::uint64_t allStay = coverBefore[static_cast<std::size_t>(count_)];
+    if ((allStay & targetBit) != 0 && picture.fills(picture.flights & ~allStay)) return true;
+    for (int index = 0; index < count_; ++index) {
+      const MatingMan& man = men_[static_cast<std::size_t>(index)];
+      const std::uint64_t others =
+          coverBefore[static_cast<std::size_t>(index)] | coverAfter[static_cast<std::size_t>(index + 1)];
+      if (picture.completedBy(man, matingMoves_, barredFor(man), others, (others & targetBit) != 0)) return true;
+    }
+    if (matingMoves_ < 2) return false;
+    // Two men move once each: each square of one from which it bears on the
+    // king's square or on a flight still open is tried with all the other's.
+    // (From any other square it does no more than standing still, or than
+    // being taken when it may not stay, which the cases above have tried.)
+    for (int first = 0; first < count_; ++first) {
+      for (int second = first + 1; second < count_; ++second) {
+        const MatingMan* placed = &men_[static_cast<std::size_t>(first)];
+        const MatingMan* last = &men_[static_cast<std::size_t>(second)];
+        if (geometry::countOf(placed->reach.asIs[1] | placed->reach.promoted[1]) >
+            geometry::countOf(last->reach.asIs[1] | last->reach.promoted[1])) {
+          std::swap(placed, last);
+        }
+        const std::uint64_t rest = restOf(stays, first, second);
+        const std::uint64_t wanted = (picture.flights & ~rest) | targetBit;
+        const auto tryFrom = [&](int slot, std::uint64_t squares) {
+          std::uint64_t useful = 0;
+          for (std::uint64_t bits = wanted; bits != 0; bits &= bits - 1) {
+            useful |= kAttackers[static_cast<std::size_t>(slot)][static_cast<std::size_t>(std::countr_zero(bits))];
+          }
+          for (squares &= useful; squares != 0; squares &= squares - 1) {
+            const std::uint64_t covered = rest | attacksFrom(slot, std::countr_zero(squares));
+            if (picture.completedBy(*last, 1, barredFor(*last), covered, (covered & targetBit) != 0)) return true;
+          }
+          return false;
+        };
+        const std::uint64_t barred = barredFor(*placed);
+        if (tryFrom(placed->slot, placed->reach.asIs[1] & ~barred)) return true;
+        const std::uint64_t promoted = placed->reach.promoted[1] & ~barred;
+        if (promoted != 0 && (tryFrom(placed->queen, promoted) || tryFrom(placed->knight, promoted))) return true;
+      }
+    }
+    return false;
+  }
+
+  // Before the last move of the king's side (one own move left): where its
+  // men may go with a move after which a picture still fits. Every move may,
+  // when one fits around the king as it stands with nothing filled; else the
+  // king only to squares where one fits as they are, any other man only onto
+  // a square next to the king whose filling lets one fit.
+  struct LastMoves {
+    bool any = false;
+    std::uint64_t king = 0;
+    std::uint64_t others = 0;
+  };
+
+  LastMoves lastMoves() const {
+    LastMoves moves;
+    if (fitsAround(king_, 0, 0)) {
+      moves.any = true;
+      return moves;
+    }
+    for (std::uint64_t steps = picture_detail::around(king_); steps != 0; steps &= steps - 1) {
+      const int step = std::countr_zero(steps);
+      if (fitsAround(step, 0, 0)) moves.king |= std::uint64_t{1} << step;
+    }
+    const std::uint64_t flights = picture_detail::around(king_) & ~own_ & within_[1];
+    for (std::uint64_t squares = flights; squares != 0; squares &= squares - 1) {
+      const std::uint64_t square = squares & -squares;
+      if (fitsAround(king_, square, 0)) moves.others |= square;
+    }
+    return moves;
+  }
+
+ private:
+  static std::uint64_t restOf(const std::array<std::uint64_t, 16>& stays, int first, int second) {
+    std::uint64_t rest = 0;
+    for (std::size_t index = 0; index < stays.size(); ++index) {
+      if (static_cast<int>(index) != first && static_cast<int>(index) != second) rest |= stays[index];
+    }
+    return rest;
+  }
+
+  int ownMoves_;
+  int matingMoves_;
+  int king_;
+  std::uint64_t own_;
+  std::array<std::uint64_t, picture_detail::kMostMoves + 1> within_{};
+  std::array<picture_detail::MatingMan, 16> men_{};
+  int count_ = 0;
+};
+
+// Whether the king of `Side` could stand mated after at most `ownMoves` more
+// moves of its side and `matingMoves` of the opponent's. Castling moves two
+// men at once, so with any castling right left the answer is yes.
+//
+// With two moves of the mating side, the ways two of its men can end grow
+// with the square of their number; with more than two men besides its king,
+// working the pictures out costs more than it saves (half as many
+// instructions again in an 11-man helpmate in 4 with three such men), so the
+// answer is yes then too.
+template <int Side>
+bool mateMayBeBuilt(const Position& position, int ownMoves, int matingMoves) {
+  constexpr int kMostMenForTwoMoves = 3;  // with the king
+  if (anyCastlingRight(position)) return true;
+  if (matingMoves > 1 && geometry::countOf(menOf<-Side>(position.board)) > kMostMenForTwoMoves) return true;
+  return MatePictures<Side>(position, ownMoves, matingMoves).anyFits();
+}
+
+}  // namespace velkaro::core

@@ -1,0 +1,155 @@
+// The mate pictures of a helpmate's last plies may rule out a whole position,
+// or before the last move of the side to be mated all its moves but some.
+// Wherever they do, no line of that length may end in mate: all of them are
+// tried, in many random positions.
+
+#include <gtest/gtest.h>
+
+#include <random>
+#include <string>
+#include <string_view>
+
+#include "core/legal.h"
+#include "core/mate_picture.h"
+#include "core/mate_test.h"
+#include "core/validate.h"
+#include "formats/standard_fen.h"
+#include "random_setup.h"
+#include "table_file.h"
+
+namespace velkaro {
+namespace {
+
+class NoMessages : public core::MessageSink {
+ public:
+  void showMessage(std::string_view, std::string_view) override {}
+};
+
+// Whether `mated` stands mated at `ply`, or at one of its own plies of a line
+// of at most `plies` more moves.
+bool mateWithin(core::PlyStack& stack, int ply, int plies, int mated) {
+  int lastEscape = -1;
+  if (stack.sideAt(ply) == mated && core::inCheck(mated, stack[ply].position) &&
+      !core::hasLegalMove(stack, ply, lastEscape)) {
+    return true;
+  }
+  if (plies == 0) return false;
+  for (int next = 0; core::nextLegalMove(stack, ply, next) < 0; next = 1) {
+    if (mateWithin(stack, ply + 1, plies - 1, mated)) return true;
+  }
+  return false;
+}
+
+template <int Side>
+bool mayBeBuilt(const core::Position& position, int ownMoves, int matingMoves) {
+  return core::mateMayBeBuilt<Side>(position, ownMoves, matingMoves);
+}
+
+struct WholeCase {
+  const char* name;
+  bool matedToMove;  // else the mating side moves at ply 1
+  int ownMoves;
+  int matingMoves;
+  int positions;
+  int minMen;
+  int moreMen;
+};
+
+constexpr WholeCase kWholeCases[] = {
+    {"mate in one", false, 0, 1, 20000, 5, 10},
+    {"a move each", true, 1, 1, 20000, 5, 10},
+    {"mating side first", false, 1, 2, 2000, 4, 6},
+    {"two moves each", true, 2, 2, 200, 4, 4},
+};
+
+TEST(MatePicture, NeverRulesOutAPositionWithAMate) {
+  NoMessages messages;
+  for (const WholeCase& test : kWholeCases) {
+    std::mt19937 random(20261125);
+    int ruledOut = 0;
+    int mated = 0;
+    for (int i = 0; i < test.positions / testing::kRandomShare; ++i) {
+      const auto manCount = test.minMen + static_cast<int>(random() % static_cast<unsigned>(test.moreMen));
+      const core::BoardSetup setup = testing::randomSetup(random, manCount);
+      core::PlyStack stack;
+      if (core::validatePosition(setup, stack, messages) != 0) continue;
+      core::setUpRoot(stack, setup);
+      const int matedSide = test.matedToMove ? stack.sideAt(1) : -stack.sideAt(1);
+      const core::Position& position = stack[1].position;
+      const bool may = matedSide == core::White ? mayBeBuilt<core::White>(position, test.ownMoves, test.matingMoves)
+                                                : mayBeBuilt<core::Black>(position, test.ownMoves, test.matingMoves);
+      const bool mate = mateWithin(stack, 1, test.ownMoves + test.matingMoves, matedSide);
+      ruledOut += !may;
+      mated += mate;
+      EXPECT_TRUE(may || !mate) << test.name << ", position " << i;
+    }
+    // Both answers come up often enough for the comparison to mean something.
+    EXPECT_GT(ruledOut, test.positions / testing::kRandomShare / 20) << test.name;
+    EXPECT_GT(mated, test.positions / testing::kRandomShare / 400) << test.name;
+  }
+}
+
+TEST(MatePicture, AllowsTheLinesOfKnownMates) {
+  const auto rows = testing::readTable(VELKARO_TEST_DATA_DIR "/mate_picture.txt");
+  ASSERT_FALSE(rows.empty());
+  NoMessages messages;
+  for (const auto& row : rows) {
+    ASSERT_EQ(row.size(), 4u);
+    std::string error;
+    const auto setup = formats::readStandardFen(row[0], error);
+    ASSERT_TRUE(setup) << row[0] << ": " << error;
+    core::PlyStack stack;
+    ASSERT_EQ(core::validatePosition(*setup, stack, messages), 0) << row[0];
+    core::setUpRoot(stack, *setup);
+    const int ownMoves = std::stoi(row[1]);
+    const int matingMoves = std::stoi(row[2]);
+    const int side = stack.sideAt(1);
+    EXPECT_TRUE(mateWithin(stack, 1, ownMoves + matingMoves, side)) << row[0];
+    const bool may = side == core::White ? mayBeBuilt<core::White>(stack[1].position, ownMoves, matingMoves)
+                                         : mayBeBuilt<core::Black>(stack[1].position, ownMoves, matingMoves);
+    EXPECT_TRUE(may) << row[0] << ": " << row[3];
+  }
+}
+
+// Before the last move of the side to be mated: a move the pictures rule out
+// is never answered by a mate.
+template <int Side>
+core::MoverTargets allowedLastMoves(const core::Position& position) {
+  core::MoverTargets allowed{};
+  const auto moves = core::MatePictures<Side>(position, 1, 1).lastMoves();
+  const int king = Side == core::White ? position.whiteKingSquare : position.blackKingSquare;
+  for (int square = 0; square < 64; ++square) {
+    allowed[static_cast<std::size_t>(square)] =
+        moves.any ? ~std::uint64_t{0} : square == king ? moves.king : moves.others;
+  }
+  return allowed;
+}
+
+TEST(MatePicture, NeverRulesOutALastMoveThatIsMated) {
+  NoMessages messages;
+  std::mt19937 random(20261125);
+  int ruledOut = 0;
+  int mated = 0;
+  for (int i = 0; i < 20000 / testing::kRandomShare; ++i) {
+    const core::BoardSetup setup = testing::randomSetup(random, 5 + static_cast<int>(random() % 10u));
+    core::PlyStack stack;
+    if (core::validatePosition(setup, stack, messages) != 0) continue;
+    core::setUpRoot(stack, setup);
+    const int side = stack.sideAt(1);
+    const core::MoverTargets allowed = side == core::White ? allowedLastMoves<core::White>(stack[1].position)
+                                                           : allowedLastMoves<core::Black>(stack[1].position);
+    for (int first = 0; core::nextLegalMove(stack, 1, first) < 0; first = 1) {
+      const bool kept = ((allowed[static_cast<std::size_t>(stack[1].fromSquare)] >> stack[1].toSquare) & 1) != 0;
+      const bool mate = mateWithin(stack, 2, 1, side);
+      ruledOut += !kept;
+      mated += mate;
+      EXPECT_TRUE(kept || !mate) << "position " << i << ", move from " << stack[1].fromSquare << " to "
+                                 << stack[1].toSquare;
+    }
+  }
+  EXPECT_GT(ruledOut, 20000 / testing::kRandomShare);
+  EXPECT_GT(mated, 20000 / testing::kRandomShare / 100);
+}
+
+}  // namespace
+}  // namespace velkaro
