@@ -335,6 +335,94 @@ class MatePictures {
     return moves;
   }
 
+  // Which moves a ply may make: none, only those written into its landings,
+  // or all.
+  enum class Moves { None, Some, All };
+
+  // The same for the king's side's move with two of its moves left: none
+  // when no picture fits; all when one fits with only one of them (the other
+  // may be spent anyhow); else the king only to squares from which one fits
+  // with its other move, any other man onto a square it fills for a picture,
+  // or to where its second move fills one around the king as it stands. Adds
+  // the men's landings to `landings` by their squares.
+  Moves secondToLastMoves(const Position& position, MoverTargets& landings) const {
+    using namespace picture_detail;
+    // The squares where a picture fits with the two moves, and a cache of
+    // those where it fits with the king already there and `n` moves left.
+    std::uint64_t fitting = 0;
+    for (std::uint64_t targets = kBalls[2][static_cast<std::size_t>(king_)]; targets != 0; targets &= targets - 1) {
+      const int target = std::countr_zero(targets);
+      const int steps = (kBalls[1][static_cast<std::size_t>(king_)] >> target) & 1 ? (target == king_ ? 0 : 1) : 2;
+      if (fitsAround(target, 0, 2 - steps)) fitting |= std::uint64_t{1} << target;
+    }
+    if (fitting == 0) return Moves::None;
+    std::array<std::uint64_t, 2> known{};
+    std::array<std::uint64_t, 2> fits{};
+    const auto fitsWith = [&](int target, int left) {
+      const std::uint64_t bit = std::uint64_t{1} << target;
+      auto& seen = known[static_cast<std::size_t>(left)];
+      if ((seen & bit) == 0) {
+        seen |= bit;
+        if ((fitting & bit) != 0 && fitsAround(target, 0, left)) fits[static_cast<std::size_t>(left)] |= bit;
+      }
+      return (fits[static_cast<std::size_t>(left)] & bit) != 0;
+    };
+    const std::uint64_t kingBit = std::uint64_t{1} << king_;
+    if (fitsWith(king_, 1)) return Moves::All;
+    for (std::uint64_t near = around(king_) & fitting; near != 0; near &= near - 1) {
+      if (fitsWith(std::countr_zero(near), 0)) return Moves::All;
+    }
+    for (std::uint64_t steps = around(king_); steps != 0; steps &= steps - 1) {
+      const int step = std::countr_zero(steps);
+      bool fitsThere = fitsWith(step, 1);
+      for (std::uint64_t near = around(step) & fitting; near != 0 && !fitsThere; near &= near - 1) {
+        fitsThere = fitsWith(std::countr_zero(near), 0);
+      }
+      if (fitsThere) landings[static_cast<std::size_t>(king_)] |= std::uint64_t{1} << step;
+    }
+    // Squares whose filling with one move lets a picture fit, the king
+    // stepping after or not; and the flights around the king a second move
+    // may fill.
+    std::uint64_t fills = 0;
+    std::uint64_t laterFills = 0;
+    for (std::uint64_t targets = (around(king_) | kingBit) & fitting; targets != 0; targets &= targets - 1) {
+      const int target = std::countr_zero(targets);
+      const int left = target == king_ ? 1 : 0;
+      for (std::uint64_t open = around(target) & ~own_ & within_[1] & ~fills; open != 0; open &= open - 1) {
+        const std::uint64_t square = open & -open;
+        if (fitsAround(target, square, left)) fills |= square;
+      }
+    }
+    if ((fitting & kingBit) != 0) {
+      for (std::uint64_t open = around(king_) & ~own_ & within_[2]; open != 0; open &= open - 1) {
+        const std::uint64_t square = open & -open;
+        if (fitsAround(king_, square, 0)) laterFills |= square;
+      }
+    }
+    for (std::uint64_t men = own_; men != 0; men &= men - 1) {
+      const int square = std::countr_zero(men);
+      const int code = position.board[square];
+      const int slot = pieceSlot(code);
+      std::uint64_t onward = 0;
+      if (code == piece::Pawn || code == -piece::Pawn) {
+        for (std::uint64_t firsts = check_geometry::kReach[static_cast<std::size_t>(slot)][static_cast<std::size_t>(square)];
+             firsts != 0; firsts &= firsts - 1) {
+          const int first = std::countr_zero(firsts);
+          const std::uint64_t seconds =
+              ((kLastRanks >> first) & 1) != 0
+                  ? stepsFrom(std::uint64_t{1} << first, pieceSlot(Side * piece::Queen)) |
+                        stepsFrom(std::uint64_t{1} << first, pieceSlot(Side * piece::Knight))
+                  : check_geometry::kReach[static_cast<std::size_t>(slot)][static_cast<std::size_t>(first)];
+          if ((seconds & laterFills) != 0) onward |= std::uint64_t{1} << first;
+        }
+      } else {
+        onward = stepsFrom(laterFills, slot);
+      }
+      landings[static_cast<std::size_t>(square)] |= fills | onward;
+    }
+    return Moves::Some;
+  }
+
  private:
   static std::uint64_t restOf(const std::array<std::uint64_t, 16>& stays, int first, int second) {
     std::uint64_t rest = 0;
@@ -353,21 +441,25 @@ class MatePictures {
   int count_ = 0;
 };
 
+// Whether the pictures are worth working out. Castling moves two men at once,
+// so with a castling right left they cannot rule anything out. With two
+// moves of the mating side, the ways two of its men can end grow with the
+// square of their number; with more than two men besides its king, working
+// the pictures out costs more than it saves (half as many instructions again
+// in an 11-man helpmate in 4 with three such men).
+template <int Side>
+bool picturesPay(const Position& position, int matingMoves) {
+  constexpr int kMostMenForTwoMoves = 3;  // with the king
+  return !anyCastlingRight(position) &&
+         (matingMoves < 2 || geometry::countOf(menOf<-Side>(position.board)) <= kMostMenForTwoMoves);
+}
+
 // Whether the king of `Side` could stand mated after at most `ownMoves` more
-// moves of its side and `matingMoves` of the opponent's. Castling moves two
-// men at once, so with any castling right left the answer is yes.
-//
-// With two moves of the mating side, the ways two of its men can end grow
-// with the square of their number; with more than two men besides its king,
-// working the pictures out costs more than it saves (half as many
-// instructions again in an 11-man helpmate in 4 with three such men), so the
-// answer is yes then too.
+// moves of its side and `matingMoves` of the opponent's: yes also where the
+// pictures do not pay.
 template <int Side>
 bool mateMayBeBuilt(const Position& position, int ownMoves, int matingMoves) {
-  constexpr int kMostMenForTwoMoves = 3;  // with the king
-  if (anyCastlingRight(position)) return true;
-  if (matingMoves > 1 && geometry::countOf(menOf<-Side>(position.board)) > kMostMenForTwoMoves) return true;
-  return MatePictures<Side>(position, ownMoves, matingMoves).anyFits();
+  return !picturesPay<Side>(position, matingMoves) || MatePictures<Side>(position, ownMoves, matingMoves).anyFits();
 }
 
 }  // namespace velkaro::core

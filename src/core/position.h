@@ -127,9 +127,10 @@ struct PlyStack {
   // that hold the mover's line pieces, along which a move may uncover check.
   std::array<unsigned, kPlyFrameCount> discoveryLines{};
   // For the iterator that makes only some moves: where each man may go, by
-  // its square. One ply of each side at a time uses it (moverTargetsAt).
-  std::array<MoverTargets, 2> moverTargets{};
-  MoverTargets& moverTargetsAt(int ply) { return moverTargets[static_cast<std::size_t>(ply & 1)]; }
+  // its square. Only plies among the last four of a line use it, so four
+  // sets serve them all (moverTargetsAt).
+  std::array<MoverTargets, 4> moverTargets{};
+  MoverTargets& moverTargetsAt(int ply) { return moverTargets[static_cast<std::size_t>(ply & 3)]; }
 
   PlyFrame& operator[](int ply) { return frames[static_cast<std::size_t>(ply)]; }
   const PlyFrame& operator[](int ply) const { return frames[static_cast<std::size_t>(ply)]; }

@@ -29,6 +29,7 @@ SolverJob::Outcome SolverJob::helpSearch() {
         // Which moves may lead on to mate from this ply; when none can, the
         // ply fails at once.
         const LastMoves lastMoves = ply_ == lastMovePly_ - 1   ? lastMovesThatMayMate(ply_)
+                                    : ply_ == lastMovePly_ - 3 ? secondToLastMovesThatMayMate(ply_)
                                     : !mateMayBeBuiltFrom(ply_) ? LastMoves::None
                                     : ply_ == lastMovePly_ - 2 ? lastThreeMovesMayMate(ply_)
                                                                : LastMoves::Any;
@@ -191,9 +192,38 @@ SolverJob::LastMoves SolverJob::movesAfterWhichAPictureFits(const core::Position
   return someMove ? LastMoves::Some : LastMoves::None;
 }
 
-// In the last four plies but the one before the mate (which the count
-// above judges move by move): whether the side to be mated could still stand
-// mated in the moves left, by the mate pictures the men could build.
+// Four plies before the end, on the move of the side to be mated: which of
+// its moves leave a mate picture that may still be built.
+SolverJob::LastMoves SolverJob::secondToLastMovesThatMayMate(int ply) {
+  const core::Position& position = stack_[ply].position;
+  core::MoverTargets& landings = stack_.moverTargetsAt(ply);
+  const auto judge = [&]<int Side>() {
+    if (!core::picturesPay<Side>(position, 2)) return LastMoves::Any;
+    const std::uint64_t men = core::menOf<Side>(position.board);
+    for (std::uint64_t rest = men; rest != 0; rest &= rest - 1) {
+      landings[static_cast<std::size_t>(std::countr_zero(rest))] = 0;
+    }
+    using Moves = typename core::MatePictures<Side>::Moves;
+    switch (core::MatePictures<Side>(position, 2, 2).secondToLastMoves(position, landings)) {
+      case Moves::None:
+        return LastMoves::None;
+      case Moves::All:
+        return LastMoves::Any;
+      default:
+        break;
+    }
+    for (std::uint64_t rest = men; rest != 0; rest &= rest - 1) {
+      if (landings[static_cast<std::size_t>(std::countr_zero(rest))] != 0) return LastMoves::Some;
+    }
+    return LastMoves::None;
+  };
+  return stack_.sideAt(ply) == core::White ? judge.template operator()<core::White>()
+                                           : judge.template operator()<core::Black>();
+}
+
+// The mating side's plies in the last four, and the mate's: whether the side
+// to be mated could still stand mated in the moves left, by the mate
+// pictures the men could build.
 bool SolverJob::mateMayBeBuiltFrom(int ply) const {
   const int plies = lastMovePly_ - ply + 1;  // this one and the mate's with those between
   if (plies > 4) return true;

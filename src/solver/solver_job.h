@@ -101,6 +101,7 @@ class SolverJob : public jobs::Job {
   template <int Side>
   LastMoves movesAfterWhichAPictureFits(const core::Position& position, int king, LastMoves moves,
                                         core::MoverTargets& landings);
+  VELKARO_COUNTING_STEP LastMoves secondToLastMovesThatMayMate(int ply);
   VELKARO_COUNTING_STEP bool mateMayBeBuiltFrom(int ply) const;
   VELKARO_COUNTING_STEP LastMoves lastThreeMovesMayMate(int ply);
   int nextMoveAtHelpPly(int continuing);

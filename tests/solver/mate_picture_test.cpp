@@ -89,12 +89,24 @@ TEST(MatePicture, NeverRulesOutAPositionWithAMate) {
   }
 }
 
+// Two own moves before the mate: a move the pictures rule out never starts a
+// line of three more plies that mates.
+template <int Side>
+core::MoverTargets allowedSecondToLastMoves(const core::Position& position, int& restricted) {
+  core::MoverTargets allowed{};
+  using Moves = typename core::MatePictures<Side>::Moves;
+  const Moves moves = core::MatePictures<Side>(position, 2, 2).secondToLastMoves(position, allowed);
+  if (moves == Moves::All) allowed.fill(~std::uint64_t{0});
+  restricted += moves != Moves::All;
+  return allowed;
+}
+
 TEST(MatePicture, AllowsTheLinesOfKnownMates) {
   const auto rows = testing::readTable(VELKARO_TEST_DATA_DIR "/mate_picture.txt");
   ASSERT_FALSE(rows.empty());
   NoMessages messages;
   for (const auto& row : rows) {
-    ASSERT_EQ(row.size(), 4u);
+    ASSERT_EQ(row.size(), 5u);
     std::string error;
     const auto setup = formats::readStandardFen(row[0], error);
     ASSERT_TRUE(setup) << row[0] << ": " << error;
@@ -107,7 +119,16 @@ TEST(MatePicture, AllowsTheLinesOfKnownMates) {
     EXPECT_TRUE(mateWithin(stack, 1, ownMoves + matingMoves, side)) << row[0];
     const bool may = side == core::White ? mayBeBuilt<core::White>(stack[1].position, ownMoves, matingMoves)
                                          : mayBeBuilt<core::Black>(stack[1].position, ownMoves, matingMoves);
-    EXPECT_TRUE(may) << row[0] << ": " << row[3];
+    EXPECT_TRUE(may) << row[0] << ": " << row[4];
+    if (row[3] == "-") continue;
+    const auto squareOf = [](std::string_view name) { return core::squareAt(name[0] - 'a', name[1] - '0'); };
+    int restricted = 0;
+    const core::MoverTargets allowed = side == core::White
+                                           ? allowedSecondToLastMoves<core::White>(stack[1].position, restricted)
+                                           : allowedSecondToLastMoves<core::Black>(stack[1].position, restricted);
+    const std::string_view move = row[3];
+    EXPECT_EQ((allowed[static_cast<std::size_t>(squareOf(move.substr(0, 2)))] >> squareOf(move.substr(2, 2))) & 1, 1u)
+        << row[0] << ": " << row[4];
   }
 }
 
@@ -149,6 +170,35 @@ TEST(MatePicture, NeverRulesOutALastMoveThatIsMated) {
   }
   EXPECT_GT(ruledOut, 20000 / testing::kRandomShare);
   EXPECT_GT(mated, 20000 / testing::kRandomShare / 100);
+}
+
+TEST(MatePicture, NeverRulesOutASecondToLastMoveThatLeadsToMate) {
+  NoMessages messages;
+  std::mt19937 random(20261125);
+  int restricted = 0;
+  int ruledOut = 0;
+  int mated = 0;
+  for (int i = 0; i < 400 / testing::kRandomShare; ++i) {
+    const core::BoardSetup setup = testing::randomSetup(random, 4 + static_cast<int>(random() % 3u));
+    core::PlyStack stack;
+    if (core::validatePosition(setup, stack, messages) != 0) continue;
+    core::setUpRoot(stack, setup);
+    const int side = stack.sideAt(1);
+    const core::MoverTargets allowed =
+        side == core::White ? allowedSecondToLastMoves<core::White>(stack[1].position, restricted)
+                            : allowedSecondToLastMoves<core::Black>(stack[1].position, restricted);
+    for (int first = 0; core::nextLegalMove(stack, 1, first) < 0; first = 1) {
+      const bool kept = ((allowed[static_cast<std::size_t>(stack[1].fromSquare)] >> stack[1].toSquare) & 1) != 0;
+      const bool mate = mateWithin(stack, 2, 3, side);
+      ruledOut += !kept;
+      mated += mate;
+      EXPECT_TRUE(kept || !mate) << "position " << i << ", move from " << stack[1].fromSquare << " to "
+                                 << stack[1].toSquare;
+    }
+  }
+  EXPECT_GT(restricted, 400 / testing::kRandomShare / 4);
+  EXPECT_GT(ruledOut, 400 / testing::kRandomShare);
+  EXPECT_GT(mated, 0);
 }
 
 }  // namespace
