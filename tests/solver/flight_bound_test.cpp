@@ -111,17 +111,13 @@ constexpr RandomCase kRandomCases[] = {
 };
 
 TEST(FlightBound, NeverRulesOutALineThatMates) {
-  NoMessages messages;
   for (const RandomCase& test : kRandomCases) {
     std::mt19937 random(20261124);
     int ruledOut = 0;
     int mated = 0;
     for (int i = 0; i < test.positions / testing::kRandomShare; ++i) {
-      const auto manCount = test.minMen + static_cast<int>(random() % static_cast<unsigned>(test.moreMen));
-      const core::BoardSetup setup = testing::randomSetup(random, manCount);
       core::PlyStack stack;
-      if (core::validatePosition(setup, stack, messages) != 0) continue;
-      core::setUpRoot(stack, setup);
+      if (!testing::randomRoot(random, test.minMen, test.moreMen, stack)) continue;
       const core::MoverTargets allowed = allowedMoves(stack, test.moves);
       ruledOut += rulesOutSome(stack, allowed);
       mated += mateByOthers(stack, test.moves);

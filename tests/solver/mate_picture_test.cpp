@@ -63,17 +63,13 @@ constexpr WholeCase kWholeCases[] = {
 };
 
 TEST(MatePicture, NeverRulesOutAPositionWithAMate) {
-  NoMessages messages;
   for (const WholeCase& test : kWholeCases) {
     std::mt19937 random(20261125);
     int ruledOut = 0;
     int mated = 0;
     for (int i = 0; i < test.positions / testing::kRandomShare; ++i) {
-      const auto manCount = test.minMen + static_cast<int>(random() % static_cast<unsigned>(test.moreMen));
-      const core::BoardSetup setup = testing::randomSetup(random, manCount);
       core::PlyStack stack;
-      if (core::validatePosition(setup, stack, messages) != 0) continue;
-      core::setUpRoot(stack, setup);
+      if (!testing::randomRoot(random, test.minMen, test.moreMen, stack)) continue;
       const int matedSide = test.matedToMove ? stack.sideAt(1) : -stack.sideAt(1);
       const core::Position& position = stack[1].position;
       const bool may = matedSide == core::White ? mayBeBuilt<core::White>(position, test.ownMoves, test.matingMoves)
@@ -89,8 +85,8 @@ TEST(MatePicture, NeverRulesOutAPositionWithAMate) {
   }
 }
 
-// Two own moves before the mate: a move the pictures rule out never starts a
-// line of three more plies that mates.
+// Two own moves before the mate: the moves the pictures let through, all
+// where one fits with a move to spare; `restricted` counts the others.
 template <int Side>
 core::MoverTargets allowedSecondToLastMoves(const core::Position& position, int& restricted) {
   core::MoverTargets allowed{};
@@ -132,12 +128,13 @@ TEST(MatePicture, AllowsTheLinesOfKnownMates) {
   }
 }
 
-// Before the last move of the side to be mated: a move the pictures rule out
-// is never answered by a mate.
+// Before the last move of the side to be mated: the moves the pictures let
+// through; `restricted` counts the positions where they keep to some.
 template <int Side>
-core::MoverTargets allowedLastMoves(const core::Position& position) {
+core::MoverTargets allowedLastMoves(const core::Position& position, int& restricted) {
   core::MoverTargets allowed{};
   const auto moves = core::MatePictures<Side>(position, 1, 1).lastMoves();
+  restricted += !moves.any;
   const int king = Side == core::White ? position.whiteKingSquare : position.blackKingSquare;
   for (int square = 0; square < 64; ++square) {
     allowed[static_cast<std::size_t>(square)] =
@@ -146,59 +143,56 @@ core::MoverTargets allowedLastMoves(const core::Position& position) {
   return allowed;
 }
 
-TEST(MatePicture, NeverRulesOutALastMoveThatIsMated) {
-  NoMessages messages;
-  std::mt19937 random(20261125);
-  int ruledOut = 0;
-  int mated = 0;
-  for (int i = 0; i < 20000 / testing::kRandomShare; ++i) {
-    const core::BoardSetup setup = testing::randomSetup(random, 5 + static_cast<int>(random() % 10u));
-    core::PlyStack stack;
-    if (core::validatePosition(setup, stack, messages) != 0) continue;
-    core::setUpRoot(stack, setup);
-    const int side = stack.sideAt(1);
-    const core::MoverTargets allowed = side == core::White ? allowedLastMoves<core::White>(stack[1].position)
-                                                           : allowedLastMoves<core::Black>(stack[1].position);
-    for (int first = 0; core::nextLegalMove(stack, 1, first) < 0; first = 1) {
-      const bool kept = ((allowed[static_cast<std::size_t>(stack[1].fromSquare)] >> stack[1].toSquare) & 1) != 0;
-      const bool mate = mateWithin(stack, 2, 1, side);
-      ruledOut += !kept;
-      mated += mate;
-      EXPECT_TRUE(kept || !mate) << "position " << i << ", move from " << stack[1].fromSquare << " to "
-                                 << stack[1].toSquare;
-    }
+// The moves at ply 1 of the side to be mated, by the mover's square, that
+// the pictures let through with `ownMoves` moves of each side left.
+core::MoverTargets allowedMoves(const core::PlyStack& stack, int ownMoves, int& restricted) {
+  const core::Position& position = stack[1].position;
+  if (ownMoves == 1) {
+    return stack.sideAt(1) == core::White ? allowedLastMoves<core::White>(position, restricted)
+                                          : allowedLastMoves<core::Black>(position, restricted);
   }
-  EXPECT_GT(ruledOut, 20000 / testing::kRandomShare);
-  EXPECT_GT(mated, 20000 / testing::kRandomShare / 100);
+  return stack.sideAt(1) == core::White ? allowedSecondToLastMoves<core::White>(position, restricted)
+                                        : allowedSecondToLastMoves<core::Black>(position, restricted);
 }
 
-TEST(MatePicture, NeverRulesOutASecondToLastMoveThatLeadsToMate) {
-  NoMessages messages;
-  std::mt19937 random(20261125);
-  int restricted = 0;
-  int ruledOut = 0;
-  int mated = 0;
-  for (int i = 0; i < 400 / testing::kRandomShare; ++i) {
-    const core::BoardSetup setup = testing::randomSetup(random, 4 + static_cast<int>(random() % 3u));
-    core::PlyStack stack;
-    if (core::validatePosition(setup, stack, messages) != 0) continue;
-    core::setUpRoot(stack, setup);
-    const int side = stack.sideAt(1);
-    const core::MoverTargets allowed =
-        side == core::White ? allowedSecondToLastMoves<core::White>(stack[1].position, restricted)
-                            : allowedSecondToLastMoves<core::Black>(stack[1].position, restricted);
-    for (int first = 0; core::nextLegalMove(stack, 1, first) < 0; first = 1) {
-      const bool kept = ((allowed[static_cast<std::size_t>(stack[1].fromSquare)] >> stack[1].toSquare) & 1) != 0;
-      const bool mate = mateWithin(stack, 2, 3, side);
-      ruledOut += !kept;
-      mated += mate;
-      EXPECT_TRUE(kept || !mate) << "position " << i << ", move from " << stack[1].fromSquare << " to "
-                                 << stack[1].toSquare;
+struct MovesCase {
+  int ownMoves;  // and as many of the mating side
+  int positions;
+  int minMen;
+  int moreMen;
+};
+
+constexpr MovesCase kMovesCases[] = {
+    {1, 20000, 5, 10},
+    {2, 400, 4, 3},
+};
+
+// A move the pictures rule out never starts a line that mates.
+TEST(MatePicture, NeverRulesOutAMoveThatLeadsToMate) {
+  for (const MovesCase& test : kMovesCases) {
+    std::mt19937 random(20261125);
+    int restricted = 0;
+    int ruledOut = 0;
+    int mated = 0;
+    const int positions = test.positions / testing::kRandomShare;
+    for (int i = 0; i < positions; ++i) {
+      core::PlyStack stack;
+      if (!testing::randomRoot(random, test.minMen, test.moreMen, stack)) continue;
+      const int side = stack.sideAt(1);
+      const core::MoverTargets allowed = allowedMoves(stack, test.ownMoves, restricted);
+      for (int first = 0; core::nextLegalMove(stack, 1, first) < 0; first = 1) {
+        const bool kept = ((allowed[static_cast<std::size_t>(stack[1].fromSquare)] >> stack[1].toSquare) & 1) != 0;
+        const bool mate = mateWithin(stack, 2, 2 * test.ownMoves - 1, side);
+        ruledOut += !kept;
+        mated += mate;
+        EXPECT_TRUE(kept || !mate) << test.ownMoves << " moves, position " << i << ", move from "
+                                   << stack[1].fromSquare << " to " << stack[1].toSquare;
+      }
     }
+    EXPECT_GT(restricted, positions / 4) << test.ownMoves;
+    EXPECT_GT(ruledOut, positions) << test.ownMoves;
+    EXPECT_GT(mated, 0) << test.ownMoves;
   }
-  EXPECT_GT(restricted, 400 / testing::kRandomShare / 4);
-  EXPECT_GT(ruledOut, 400 / testing::kRandomShare);
-  EXPECT_GT(mated, 0);
 }
 
 }  // namespace

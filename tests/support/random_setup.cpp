@@ -1,7 +1,10 @@
 #include "random_setup.h"
 
 #include <algorithm>
+#include <string_view>
 #include <vector>
+
+#include "core/validate.h"
 
 namespace velkaro::testing {
 
@@ -22,6 +25,23 @@ core::BoardSetup randomSetup(std::mt19937& random, int men) {
   }
   setup.sideToMove = random() % 2 ? core::White : core::Black;
   return setup;
+}
+
+namespace {
+
+class NoMessages : public core::MessageSink {
+ public:
+  void showMessage(std::string_view, std::string_view) override {}
+};
+
+}  // namespace
+
+bool randomRoot(std::mt19937& random, int minMen, int moreMen, core::PlyStack& stack) {
+  const core::BoardSetup setup = randomSetup(random, minMen + static_cast<int>(random() % static_cast<unsigned>(moreMen)));
+  NoMessages messages;
+  if (core::validatePosition(setup, stack, messages) != 0) return false;
+  core::setUpRoot(stack, setup);
+  return true;
 }
 
 }  // namespace velkaro::testing

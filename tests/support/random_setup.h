@@ -21,4 +21,8 @@ inline constexpr int kRandomShare = 10;
 // side not to move in check; the caller skips them.
 core::BoardSetup randomSetup(std::mt19937& random, int men);
 
+// A random set-up of `minMen` to `minMen + moreMen - 1` men set up at the root
+// of `stack`; false when the set-up check refuses it.
+bool randomRoot(std::mt19937& random, int minMen, int moreMen, core::PlyStack& stack);
+
 }  // namespace velkaro::testing
