@@ -89,12 +89,12 @@ inline std::uint64_t stepsFrom(std::uint64_t squares, int slot) {
 // Where a man may stand after at most n moves: `asIs[n]` as the man it is,
 // `promoted[n]` as a piece a pawn promoted to.
 struct Reach {
-  std::array<std::uint64_t, kMostMoves + 1> asIs{};
-  std::array<std::uint64_t, kMostMoves + 1> promoted{};
+  std::array<std::uint64_t, kMostMoves + 1> asIs;
+  std::array<std::uint64_t, kMostMoves + 1> promoted;
 };
 
 inline Reach reachOf(int code, int from, int moves) {
-  Reach reach;
+  Reach reach{};
   const int slot = pieceSlot(code);
   const bool pawn = code == piece::Pawn || code == -piece::Pawn;
   const int queen = pieceSlot(code > 0 ? piece::Queen : -piece::Queen);
@@ -248,10 +248,13 @@ class MatePictures {
     const std::uint64_t barredForKing = around(target) | targetBit;
     const auto barredFor = [&](const MatingMan& man) { return man.king ? barredForKing : targetBit; };
     // Standing men cover from their squares; one on a square barred to it
-    // has to go, and covers nothing unless it moves.
-    std::array<std::uint64_t, 16> stays{};
-    std::array<std::uint64_t, 17> coverBefore{};
-    std::array<std::uint64_t, 17> coverAfter{};
+    // has to go, and covers nothing unless it moves. Only the first `count_`
+    // entries are used, so the arrays are left unfilled beyond them.
+    std::array<std::uint64_t, 16> stays;
+    std::array<std::uint64_t, 17> coverBefore;
+    std::array<std::uint64_t, 17> coverAfter;
+    coverBefore[0] = 0;
+    coverAfter[static_cast<std::size_t>(count_)] = 0;
     for (int index = 0; index < count_; ++index) {
       const MatingMan& man = men_[static_cast<std::size_t>(index)];
       stays[static_cast<std::size_t>(index)] = ((barredFor(man) >> man.square) & 1) != 0 ? 0 : man.attacks;
@@ -277,14 +280,16 @@ class MatePictures {
     // (From any other square it does no more than standing still, or than
     // being taken when it may not stay, which the cases above have tried.)
     for (int first = 0; first < count_; ++first) {
-      for (int second = first + 1; second < count_; ++second) {
+      std::uint64_t between = 0;  // what the men between the two cover standing
+      for (int second = first + 1; second < count_; between |= stays[static_cast<std::size_t>(second)], ++second) {
         const MatingMan* placed = &men_[static_cast<std::size_t>(first)];
         const MatingMan* last = &men_[static_cast<std::size_t>(second)];
         if (geometry::countOf(placed->reach.asIs[1] | placed->reach.promoted[1]) >
             geometry::countOf(last->reach.asIs[1] | last->reach.promoted[1])) {
           std::swap(placed, last);
         }
-        const std::uint64_t rest = restOf(stays, first, second);
+        const std::uint64_t rest = coverBefore[static_cast<std::size_t>(first)] | between |
+                                   coverAfter[static_cast<std::size_t>(second + 1)];
         const std::uint64_t wanted = (picture.flights & ~rest) | targetBit;
         const auto tryFrom = [&](int slot, std::uint64_t squares) {
           std::uint64_t useful = 0;
@@ -323,11 +328,14 @@ class MatePictures {
       moves.any = true;
       return moves;
     }
-    for (std::uint64_t steps = picture_detail::around(king_); steps != 0; steps &= steps - 1) {
+    for (std::uint64_t steps = picture_detail::around(king_) & ~own_; steps != 0; steps &= steps - 1) {
       const int step = std::countr_zero(steps);
       if (fitsAround(step, 0, 0)) moves.king |= std::uint64_t{1} << step;
     }
+    // Filling a flight takes the move, so none can help unless a picture
+    // fits with a move left for filling.
     const std::uint64_t flights = picture_detail::around(king_) & ~own_ & within_[1];
+    if (flights == 0 || !fitsAround(king_, 0, 1)) return moves;
     for (std::uint64_t squares = flights; squares != 0; squares &= squares - 1) {
       const std::uint64_t square = squares & -squares;
       if (fitsAround(king_, square, 0)) moves.others |= square;
@@ -349,10 +357,16 @@ class MatePictures {
     using namespace picture_detail;
     // The squares where a picture fits with the two moves, and a cache of
     // those where it fits with the king already there and `n` moves left.
+    // A square two steps away takes both moves, so the king reaches it only
+    // through a square between that its own men leave free. (The square
+    // itself may hold one of them: a man of the mating side may take it
+    // there, and the king take that man.)
     std::uint64_t fitting = 0;
+    const std::uint64_t freeSteps = around(king_) & ~own_;
     for (std::uint64_t targets = kBalls[2][static_cast<std::size_t>(king_)]; targets != 0; targets &= targets - 1) {
       const int target = std::countr_zero(targets);
       const int steps = (kBalls[1][static_cast<std::size_t>(king_)] >> target) & 1 ? (target == king_ ? 0 : 1) : 2;
+      if (steps == 2 && (around(target) & freeSteps) == 0) continue;
       if (fitsAround(target, 0, 2 - steps)) fitting |= std::uint64_t{1} << target;
     }
     if (fitting == 0) return Moves::None;
@@ -372,7 +386,7 @@ class MatePictures {
     for (std::uint64_t near = around(king_) & fitting; near != 0; near &= near - 1) {
       if (fitsWith(std::countr_zero(near), 0)) return Moves::All;
     }
-    for (std::uint64_t steps = around(king_); steps != 0; steps &= steps - 1) {
+    for (std::uint64_t steps = around(king_) & ~own_; steps != 0; steps &= steps - 1) {
       const int step = std::countr_zero(steps);
       bool fitsThere = fitsWith(step, 1);
       for (std::uint64_t near = around(step) & fitting; near != 0 && !fitsThere; near &= near - 1) {
@@ -424,20 +438,12 @@ class MatePictures {
   }
 
  private:
-  static std::uint64_t restOf(const std::array<std::uint64_t, 16>& stays, int first, int second) {
-    std::uint64_t rest = 0;
-    for (std::size_t index = 0; index < stays.size(); ++index) {
-      if (static_cast<int>(index) != first && static_cast<int>(index) != second) rest |= stays[index];
-    }
-    return rest;
-  }
-
   int ownMoves_;
   int matingMoves_;
   int king_;
   std::uint64_t own_;
   std::array<std::uint64_t, picture_detail::kMostMoves + 1> within_{};
-  std::array<picture_detail::MatingMan, 16> men_{};
+  std::array<picture_detail::MatingMan, 16> men_;  // the first `count_` are set
   int count_ = 0;
 };
 
