@@ -788,8 +788,13 @@ bool kingStepsMayBeMated(const LastMoveView<Side>& view) {
 // must then be the one that moves, so two such men rule the step out. A man
 // of its own side on the square must be taken by that first move, and the
 // king takes the taker in turn: only the checking move covers then.
-template <int Side>
-bool firstMovesMayMate(const Position& position, bool enPassantPossible, MoverTargets& landings) {
+//
+// Only the king's squares (where it is and those next to it) for which
+// `mayBeMatedOn` says yes are counted for: the caller may know that the king
+// cannot stand mated on some, and is asked only when a count is due.
+template <int Side, typename MayBeMatedOn>
+bool firstMovesMayMate(const Position& position, bool enPassantPossible, MayBeMatedOn&& mayBeMatedOn,
+                       MoverTargets& landings) {
   constexpr int Opponent = -Side;
   const std::int8_t* board = position.board;
   const std::uint64_t opponentMen = menOf<Opponent>(board);
@@ -822,7 +827,7 @@ bool firstMovesMayMate(const Position& position, bool enPassantPossible, MoverTa
   // of the opponent and one of its own side) or steps (the opponent's two).
   const auto lines = detail::linesWithLeaving<3>(lifted, Opponent, {{{0, 0}, {2, 1}, {2, 0}}});
   const std::uint64_t closed = detail::closedSquares<Side>(lifted, lines[0]);
-  {
+  if (mayBeMatedOn(king)) {
     constexpr int kLeaving = 3;
     const std::uint64_t flights = detail::flightsOf(king, closed);
     const int uncovered = geometry::squaresIn(flights) - detail::fillable<Side>(lifted, flights);
@@ -841,6 +846,7 @@ bool firstMovesMayMate(const Position& position, bool enPassantPossible, MoverTa
       if (geometry::squaresIn(leapers) > 1) continue;
       if (leapers != 0) candidates = leapers;
     }
+    if (!mayBeMatedOn(step)) continue;
     const std::uint64_t flights = detail::flightsOf(step, closed);
     const int code = lifted.board[step];
     if (code == 0) {

@@ -239,6 +239,10 @@ class MatePictures {
     return false;
   }
 
+  // With one move of the king's side left: whether a picture fits with the
+  // king on `square`, where it stands (the move may fill) or a step away.
+  bool fitsWithKingOn(int square) const { return fitsAround(square, 0, square == king_ ? 1 : 0); }
+
   // Whether a picture fits around `target` with the squares of `filled`
   // filled already and `fillMoves` moves left to fill more.
   bool fitsAround(int target, std::uint64_t filled, int fillMoves) const {

@@ -29,9 +29,9 @@ SolverJob::Outcome SolverJob::helpSearch() {
         // Which moves may lead on to mate from this ply; when none can, the
         // ply fails at once.
         const LastMoves lastMoves = ply_ == lastMovePly_ - 1   ? lastMovesThatMayMate(ply_)
+                                    : ply_ == lastMovePly_ - 2 ? lastThreeMovesMayMate(ply_)
                                     : ply_ == lastMovePly_ - 3 ? secondToLastMovesThatMayMate(ply_)
                                     : !mateMayBeBuiltFrom(ply_) ? LastMoves::None
-                                    : ply_ == lastMovePly_ - 2 ? lastThreeMovesMayMate(ply_)
                                                                : LastMoves::Any;
         if (lastMoves == LastMoves::None) {
           storeFailure(ply_);
@@ -237,14 +237,37 @@ bool SolverJob::mateMayBeBuiltFrom(int ply) const {
 
 // Two plies earlier, on the mating side's move: which of its moves may start
 // a line of its move, one of the other side and its check that leaves that
-// side mated.
+// side mated. The position fails when no mate picture fits, and only the
+// squares of the king around which one fits are counted for.
 SolverJob::LastMoves SolverJob::lastThreeMovesMayMate(int ply) {
   const core::Position& position = stack_[ply].position;
   const bool enPassant = core::enPassantPawn(stack_, ply) >= 0;
   core::MoverTargets& landings = stack_.moverTargetsAt(ply);
-  const bool may = stack_.sideAt(ply) == core::White
-                       ? core::firstMovesMayMate<core::Black>(position, enPassant, landings)
-                       : core::firstMovesMayMate<core::White>(position, enPassant, landings);
+  const auto judge = [&]<int Mated>() {
+    constexpr int kMatingMoves = 2;
+    if (!core::picturesPay<Mated>(position, kMatingMoves)) {
+      return core::firstMovesMayMate<Mated>(position, enPassant, [](int) { return true; }, landings);
+    }
+    const core::MatePictures<Mated> pictures(position, 1, kMatingMoves);
+    std::uint64_t known = 0;
+    std::uint64_t fits = 0;
+    const auto mayBeMatedOn = [&](int square) {
+      const std::uint64_t bit = std::uint64_t{1} << square;
+      if ((known & bit) == 0) {
+        known |= bit;
+        if (pictures.fitsWithKingOn(square)) fits |= bit;
+      }
+      return (fits & bit) != 0;
+    };
+    const int king = Mated == core::White ? position.whiteKingSquare : position.blackKingSquare;
+    bool anyFits = mayBeMatedOn(king);
+    for (std::uint64_t steps = core::picture_detail::around(king); steps != 0 && !anyFits; steps &= steps - 1) {
+      anyFits = mayBeMatedOn(std::countr_zero(steps));
+    }
+    return anyFits && core::firstMovesMayMate<Mated>(position, enPassant, mayBeMatedOn, landings);
+  };
+  const bool may = stack_.sideAt(ply) == core::White ? judge.template operator()<core::Black>()
+                                                     : judge.template operator()<core::White>();
   return may ? LastMoves::Some : LastMoves::None;
 }
 

@@ -13,6 +13,7 @@
 
 #include "core/flight_bound.h"
 #include "core/legal.h"
+#include "core/mate_picture.h"
 #include "core/mate_test.h"
 #include "core/validate.h"
 #include "formats/standard_fen.h"
@@ -64,8 +65,12 @@ bool mateWithinThree(core::PlyStack& stack, const core::MoverTargets& excluded) 
 template <int Side>
 core::MoverTargets allowedMoves(const core::Position& position, const std::string& moves) {
   core::MoverTargets allowed{};
-  if (moves == "three") {
-    core::firstMovesMayMate<-Side>(position, false, allowed);
+  if (moves == "three" || moves == "pictures") {
+    // "pictures": counted only for the king's squares where a mate picture fits
+    const bool pictures = moves == "pictures" && core::picturesPay<-Side>(position, 2);
+    const core::MatePictures<-Side> fitting(position, 1, 2);
+    core::firstMovesMayMate<-Side>(
+        position, false, [&](int square) { return !pictures || fitting.fitsWithKingOn(square); }, allowed);
   } else if (moves == "helping") {
     if (!core::helpingLastMoves(core::LastMoveView<Side>(position), false, allowed)) allowed.fill(~std::uint64_t{0});
   } else if (moves == "king" ? core::kingStepsMayBeMated(core::LastMoveView<Side>(position))
@@ -77,7 +82,8 @@ core::MoverTargets allowedMoves(const core::Position& position, const std::strin
 
 // The moves at ply 1, by the mover's square, that a count lets through: those
 // of the side to be mated ("king", "other", "helping": the king's are always
-// let through), or of the side mating it ("three").
+// let through), or of the side mating it ("three"; "pictures" where those
+// leave squares of the king out).
 core::MoverTargets allowedMoves(const core::PlyStack& stack, const std::string& moves) {
   return stack.sideAt(1) == core::White ? allowedMoves<core::White>(stack[1].position, moves)
                                         : allowedMoves<core::Black>(stack[1].position, moves);
@@ -85,7 +91,8 @@ core::MoverTargets allowedMoves(const core::PlyStack& stack, const std::string& 
 
 // Whether a line whose first move is not one of the `excluded` mates.
 bool mateByOthers(core::PlyStack& stack, const std::string& moves, const core::MoverTargets& excluded = {}) {
-  return moves == "three" ? mateWithinThree(stack, excluded) : mateAfterTwo(stack, moves == "king", excluded);
+  return moves == "three" || moves == "pictures" ? mateWithinThree(stack, excluded)
+                                                 : mateAfterTwo(stack, moves == "king", excluded);
 }
 
 // Whether the count rules out some legal move at ply 1.
@@ -108,6 +115,7 @@ constexpr RandomCase kRandomCases[] = {
     {"king", 20000, 8, 12},
     {"helping", 20000, 8, 12},
     {"three", 3000, 5, 8},
+    {"pictures", 3000, 5, 8},
 };
 
 TEST(FlightBound, NeverRulesOutALineThatMates) {
