@@ -192,6 +192,15 @@ struct Picture {
 
 }  // namespace picture_detail
 
+// Before the last move of the side to be mated: whether any move may leave
+// a mate picture that fits, else the squares its king and its other men may
+// go to for one.
+struct LastPictureMoves {
+  bool any = false;
+  std::uint64_t king = 0;
+  std::uint64_t others = 0;
+};
+
 inline bool anyCastlingRight(const Position& position) {
   return position.whiteLongCastle || position.whiteShortCastle || position.blackLongCastle ||
          position.blackShortCastle;
@@ -320,14 +329,8 @@ class MatePictures {
   // when one fits around the king as it stands with nothing filled; else the
   // king only to squares where one fits as they are, any other man only onto
   // a square next to the king whose filling lets one fit.
-  struct LastMoves {
-    bool any = false;
-    std::uint64_t king = 0;
-    std::uint64_t others = 0;
-  };
-
-  LastMoves lastMoves() const {
-    LastMoves moves;
+  LastPictureMoves lastMoves() const {
+    LastPictureMoves moves;
     if (fitsAround(king_, 0, 0)) {
       moves.any = true;
       return moves;

@@ -136,19 +136,26 @@ void SolverJob::prefetchChildren() {
 }
 
 // Before the last move of the side to be mated, which of its moves may lead
-// to mate. When no man of the mating side could check its king where it
-// stands, whatever else moves, only a move of the king itself or a pawn's
-// double step (which may allow an en-passant capture) can. When its flights
-// are too many for a move of its own and the reply to cover, no move but
-// the king's can, and the king's steps only to where a reply may cover its
-// new flights. When the reply could not mate without help, only the moves
-// that may help it can. Of those, only the ones after which a mate picture
-// still fits are made.
+// to mate. First the mate pictures: when none fits whatever the move, none
+// can; when none fits around the king as it stands, only the king's steps
+// and the fills they name can (the counts below seldom keep fewer, and cost
+// more than they save there). Else the counts: when no man of the mating
+// side could check its king where it stands, whatever else moves, only a
+// move of the king itself or a pawn's double step (which may allow an
+// en-passant capture) can. When its flights are too many for a move of its
+// own and the reply to cover, no move but the king's can, and the king's
+// steps only to where a reply may cover its new flights. When the reply
+// could not mate without help, only the moves that may help it can.
 SolverJob::LastMoves SolverJob::lastMovesThatMayMate(int ply) {
   const core::Position& position = stack_[ply].position;
   const bool enPassant = core::enPassantPawn(stack_, ply) >= 0;
   core::MoverTargets& landings = stack_.moverTargetsAt(ply);
   const auto judge = [&]<int Side>() {
+    const bool pictures = !core::anyCastlingRight(position);
+    if (pictures) {
+      const core::LastPictureMoves fitting = core::MatePictures<Side>(position, 1, 1).lastMoves();
+      if (!fitting.any) return movesThePicturesLetThrough<Side>(position, fitting, landings);
+    }
     const core::LastMoveView<Side> view(position);
     LastMoves moves = LastMoves::None;
     if (core::flightsMayAllBeCovered(view, enPassant)) {
@@ -160,33 +167,24 @@ SolverJob::LastMoves SolverJob::lastMovesThatMayMate(int ply) {
     } else if (core::kingStepsMayBeMated(view)) {
       moves = LastMoves::KingOnly;
     }
-    if (moves == LastMoves::None || core::anyCastlingRight(position)) return moves;
-    return movesAfterWhichAPictureFits<Side>(position, view.king, moves, landings);
+    return moves;
   };
   return stack_.sideAt(ply) == core::White ? judge.template operator()<core::White>()
                                            : judge.template operator()<core::Black>();
 }
 
-// The moves of `moves` (landings as `landings` holds them for Some) after
-// which a mate picture still fits: written into `landings`, man by man.
+// The king's steps and the other men's fills that `pictures` let through,
+// written into `landings` man by man.
 template <int Side>
-SolverJob::LastMoves SolverJob::movesAfterWhichAPictureFits(const core::Position& position, int king,
-                                                            LastMoves moves, core::MoverTargets& landings) {
-  const auto pictures = core::MatePictures<Side>(position, 1, 1).lastMoves();
-  if (pictures.any) return moves;
-  constexpr int kPawnRow = Side == core::White ? 6 : 1;
+SolverJob::LastMoves SolverJob::movesThePicturesLetThrough(const core::Position& position,
+                                                           const core::LastPictureMoves& pictures,
+                                                           core::MoverTargets& landings) {
+  const int king = Side == core::White ? position.whiteKingSquare : position.blackKingSquare;
   bool someMove = false;
   for (std::uint64_t men = core::menOf<Side>(position.board); men != 0; men &= men - 1) {
     const int square = std::countr_zero(men);
-    std::uint64_t& targets = landings[static_cast<std::size_t>(square)];
-    if (square == king) {
-      targets = (moves == LastMoves::Some ? targets : ~std::uint64_t{0}) & pictures.king;
-    } else if (moves == LastMoves::KingOnly) {
-      const bool doubleStep = position.board[square] == Side * core::piece::Pawn && (square >> 3) == kPawnRow;
-      targets = doubleStep ? (std::uint64_t{1} << (square - 16 * Side)) & pictures.others : 0;
-    } else {
-      targets = (moves == LastMoves::Some ? targets : ~std::uint64_t{0}) & pictures.others;
-    }
+    const std::uint64_t targets = square == king ? pictures.king : pictures.others;
+    landings[static_cast<std::size_t>(square)] = targets;
     someMove = someMove || targets != 0;
   }
   return someMove ? LastMoves::Some : LastMoves::None;

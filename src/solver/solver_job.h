@@ -16,6 +16,10 @@
 #include "solver/proof_table.h"
 #include "solver/records.h"
 
+namespace velkaro::core {
+struct LastPictureMoves;
+}  // namespace velkaro::core
+
 namespace velkaro::solver {
 
 using jobs::RunEnd;
@@ -99,8 +103,8 @@ class SolverJob : public jobs::Job {
   enum class LastMoves { Any, KingOnly, Some, None };
   VELKARO_COUNTING_STEP LastMoves lastMovesThatMayMate(int ply);
   template <int Side>
-  LastMoves movesAfterWhichAPictureFits(const core::Position& position, int king, LastMoves moves,
-                                        core::MoverTargets& landings);
+  LastMoves movesThePicturesLetThrough(const core::Position& position, const core::LastPictureMoves& pictures,
+                                       core::MoverTargets& landings);
   VELKARO_COUNTING_STEP LastMoves secondToLastMovesThatMayMate(int ply);
   VELKARO_COUNTING_STEP bool mateMayBeBuiltFrom(int ply) const;
   VELKARO_COUNTING_STEP LastMoves lastThreeMovesMayMate(int ply);
