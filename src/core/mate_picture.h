@@ -125,6 +125,30 @@ struct MatingMan {
   int knight;
 };
 
+// What the men of the mating side cover standing where they are, by their
+// index: each alone, all before one and all after one. Only the first entries,
+// as many as there are men, are set.
+struct Standing {
+  std::array<std::uint64_t, 16> stays;
+  std::array<std::uint64_t, 17> before;
+  std::array<std::uint64_t, 17> after;
+
+  // With `stays` set for `count` men.
+  void gather(int count) {
+    before[0] = 0;
+    after[static_cast<std::size_t>(count)] = 0;
+    for (std::size_t index = 0; index < static_cast<std::size_t>(count); ++index) {
+      before[index + 1] = before[index] | stays[index];
+    }
+    for (std::size_t index = static_cast<std::size_t>(count); index-- > 0;) after[index] = after[index + 1] | stays[index];
+  }
+
+  std::uint64_t all(int count) const { return before[static_cast<std::size_t>(count)]; }
+  std::uint64_t allBut(int index) const {
+    return before[static_cast<std::size_t>(index)] | after[static_cast<std::size_t>(index + 1)];
+  }
+};
+
 // The picture around one square for the king: the squares next to it its own
 // men do not fill, and the moves its side has left for filling them once the
 // king has walked there; `within[n]` holds the squares its men reach in n
@@ -216,7 +240,9 @@ class MatePictures {
       : ownMoves_(ownMoves),
         matingMoves_(matingMoves),
         king_(Side == White ? position.whiteKingSquare : position.blackKingSquare),
-        own_(menOf<Side>(position.board) & ~(std::uint64_t{1} << king_)) {
+        own_(menOf<Side>(position.board) & ~(std::uint64_t{1} << king_)),
+        matingMen_(menOf<-Side>(position.board)),
+        matingKing_(Side == White ? position.blackKingSquare : position.whiteKingSquare) {
     using namespace picture_detail;
     for (std::uint64_t men = own_; men != 0 && ownMoves > 0; men &= men - 1) {
       const int square = std::countr_zero(men);
@@ -225,14 +251,17 @@ class MatePictures {
         within_[n] |= reach.asIs[n] | reach.promoted[n];
       }
     }
-    for (std::uint64_t mating = menOf<-Side>(position.board); mating != 0; mating &= mating - 1) {
+    for (std::uint64_t mating = matingMen_; mating != 0; mating &= mating - 1) {
       const int square = std::countr_zero(mating);
       const int code = position.board[square];
-      men_[static_cast<std::size_t>(count_++)] =
+      men_[static_cast<std::size_t>(count_)] =
           MatingMan{pieceSlot(code), square, code == -Side * piece::King, attacksFrom(pieceSlot(code), square),
                     reachOf(code, square, matingMoves), pieceSlot(-Side * piece::Queen),
                     pieceSlot(-Side * piece::Knight)};
+      standing_.stays[static_cast<std::size_t>(count_)] = men_[static_cast<std::size_t>(count_)].attacks;
+      ++count_;
     }
+    standing_.gather(count_);
   }
 
   // Whether a picture fits around some square the king may walk to.
@@ -261,30 +290,23 @@ class MatePictures {
     const std::uint64_t barredForKing = around(target) | targetBit;
     const auto barredFor = [&](const MatingMan& man) { return man.king ? barredForKing : targetBit; };
     // Standing men cover from their squares; one on a square barred to it
-    // has to go, and covers nothing unless it moves. Only the first `count_`
-    // entries are used, so the arrays are left unfilled beyond them.
-    std::array<std::uint64_t, 16> stays;
-    std::array<std::uint64_t, 17> coverBefore;
-    std::array<std::uint64_t, 17> coverAfter;
-    coverBefore[0] = 0;
-    coverAfter[static_cast<std::size_t>(count_)] = 0;
-    for (int index = 0; index < count_; ++index) {
-      const MatingMan& man = men_[static_cast<std::size_t>(index)];
-      stays[static_cast<std::size_t>(index)] = ((barredFor(man) >> man.square) & 1) != 0 ? 0 : man.attacks;
-      coverBefore[static_cast<std::size_t>(index + 1)] =
-          coverBefore[static_cast<std::size_t>(index)] | stays[static_cast<std::size_t>(index)];
+    // has to go, and covers nothing unless it moves. Mostly none is barred.
+    Standing barred;
+    const bool noneBarred = ((matingMen_ & targetBit) | (barredForKing & (std::uint64_t{1} << matingKing_))) == 0;
+    if (!noneBarred) {
+      for (int index = 0; index < count_; ++index) {
+        const MatingMan& man = men_[static_cast<std::size_t>(index)];
+        barred.stays[static_cast<std::size_t>(index)] = ((barredFor(man) >> man.square) & 1) != 0 ? 0 : man.attacks;
+      }
+      barred.gather(count_);
     }
-    for (int index = count_ - 1; index >= 0; --index) {
-      coverAfter[static_cast<std::size_t>(index)] =
-          coverAfter[static_cast<std::size_t>(index + 1)] | stays[static_cast<std::size_t>(index)];
-    }
+    const Standing& standing = noneBarred ? standing_ : barred;
     // No man moves, or one man makes all the moves.
-    const std::uint64_t allStay = coverBefore[static_cast<std::size_t>(count_)];
+    const std::uint64_t allStay = standing.all(count_);
     if ((allStay & targetBit) != 0 && picture.fills(picture.flights & ~allStay)) return true;
     for (int index = 0; index < count_; ++index) {
       const MatingMan& man = men_[static_cast<std::size_t>(index)];
-      const std::uint64_t others =
-          coverBefore[static_cast<std::size_t>(index)] | coverAfter[static_cast<std::size_t>(index + 1)];
+      const std::uint64_t others = standing.allBut(index);
       if (picture.completedBy(man, matingMoves_, barredFor(man), others, (others & targetBit) != 0)) return true;
     }
     if (matingMoves_ < 2) return false;
@@ -294,15 +316,15 @@ class MatePictures {
     // being taken when it may not stay, which the cases above have tried.)
     for (int first = 0; first < count_; ++first) {
       std::uint64_t between = 0;  // what the men between the two cover standing
-      for (int second = first + 1; second < count_; between |= stays[static_cast<std::size_t>(second)], ++second) {
+      for (int second = first + 1; second < count_; between |= standing.stays[static_cast<std::size_t>(second)], ++second) {
         const MatingMan* placed = &men_[static_cast<std::size_t>(first)];
         const MatingMan* last = &men_[static_cast<std::size_t>(second)];
         if (geometry::countOf(placed->reach.asIs[1] | placed->reach.promoted[1]) >
             geometry::countOf(last->reach.asIs[1] | last->reach.promoted[1])) {
           std::swap(placed, last);
         }
-        const std::uint64_t rest = coverBefore[static_cast<std::size_t>(first)] | between |
-                                   coverAfter[static_cast<std::size_t>(second + 1)];
+        const std::uint64_t rest = standing.before[static_cast<std::size_t>(first)] | between |
+                                   standing.after[static_cast<std::size_t>(second + 1)];
         const std::uint64_t wanted = (picture.flights & ~rest) | targetBit;
         const auto tryFrom = [&](int slot, std::uint64_t squares) {
           std::uint64_t useful = 0;
@@ -449,9 +471,12 @@ class MatePictures {
   int matingMoves_;
   int king_;
   std::uint64_t own_;
+  std::uint64_t matingMen_;
+  int matingKing_;
   std::array<std::uint64_t, picture_detail::kMostMoves + 1> within_{};
   std::array<picture_detail::MatingMan, 16> men_;  // the first `count_` are set
   int count_ = 0;
+  picture_detail::Standing standing_;  // with no man barred from its square
 };
 
 // Whether the pictures are worth working out. Castling moves two men at once,
