@@ -140,7 +140,9 @@ struct Standing {
     for (std::size_t index = 0; index < static_cast<std::size_t>(count); ++index) {
       before[index + 1] = before[index] | stays[index];
     }
-    for (std::size_t index = static_cast<std::size_t>(count); index-- > 0;) after[index] = after[index + 1] | stays[index];
+    for (std::size_t index = static_cast<std::size_t>(count); index-- > 0;) {
+      after[index] = after[index + 1] | stays[index];
+    }
   }
 
   std::uint64_t all(int count) const { return before[static_cast<std::size_t>(count)]; }
@@ -316,7 +318,8 @@ class MatePictures {
     // being taken when it may not stay, which the cases above have tried.)
     for (int first = 0; first < count_; ++first) {
       std::uint64_t between = 0;  // what the men between the two cover standing
-      for (int second = first + 1; second < count_; between |= standing.stays[static_cast<std::size_t>(second)], ++second) {
+      for (int second = first + 1; second < count_;
+           between |= standing.stays[static_cast<std::size_t>(second)], ++second) {
         const MatingMan* placed = &men_[static_cast<std::size_t>(first)];
         const MatingMan* last = &men_[static_cast<std::size_t>(second)];
         if (geometry::countOf(placed->reach.asIs[1] | placed->reach.promoted[1]) >
@@ -349,8 +352,9 @@ class MatePictures {
   // Before the last move of the king's side (one own move left): where its
   // men may go with a move after which a picture still fits. Every move may,
   // when one fits around the king as it stands with nothing filled; else the
-  // king only to squares where one fits as they are, any other man only onto
-  // a square next to the king whose filling lets one fit.
+  // king only to squares its own men leave free where one fits as they are,
+  // any other man only onto a square next to the king whose filling lets one
+  // fit.
   LastPictureMoves lastMoves() const {
     LastPictureMoves moves;
     if (fitsAround(king_, 0, 0)) {
