@@ -12,18 +12,11 @@
 #include "core/legal.h"
 #include "core/mate_picture.h"
 #include "core/mate_test.h"
-#include "core/validate.h"
-#include "formats/standard_fen.h"
 #include "random_setup.h"
 #include "table_file.h"
 
 namespace velkaro {
 namespace {
-
-class NoMessages : public core::MessageSink {
- public:
-  void showMessage(std::string_view, std::string_view) override {}
-};
 
 // Whether `mated` stands mated at `ply`, or at one of its own plies of a line
 // of at most `plies` more moves.
@@ -100,15 +93,10 @@ core::MoverTargets allowedSecondToLastMoves(const core::Position& position, int&
 TEST(MatePicture, AllowsTheLinesOfKnownMates) {
   const auto rows = testing::readTable(VELKARO_TEST_DATA_DIR "/mate_picture.txt");
   ASSERT_FALSE(rows.empty());
-  NoMessages messages;
   for (const auto& row : rows) {
     ASSERT_EQ(row.size(), 5u);
-    std::string error;
-    const auto setup = formats::readStandardFen(row[0], error);
-    ASSERT_TRUE(setup) << row[0] << ": " << error;
     core::PlyStack stack;
-    ASSERT_EQ(core::validatePosition(*setup, stack, messages), 0) << row[0];
-    core::setUpRoot(stack, *setup);
+    ASSERT_EQ(testing::fenRoot(row[0], stack), "") << row[0];
     const int ownMoves = std::stoi(row[1]);
     const int matingMoves = std::stoi(row[2]);
     const int side = stack.sideAt(1);

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "core/validate.h"
+#include "formats/standard_fen.h"
 
 namespace velkaro::testing {
 
@@ -34,6 +35,15 @@ class NoMessages : public core::MessageSink {
   void showMessage(std::string_view, std::string_view) override {}
 };
 
+// Keeps the first message's text.
+class FirstMessage : public core::MessageSink {
+ public:
+  void showMessage(std::string_view, std::string_view text) override {
+    if (first.empty()) first = text;
+  }
+  std::string first;
+};
+
 }  // namespace
 
 bool randomRoot(std::mt19937& random, int minMen, int moreMen, core::PlyStack& stack) {
@@ -42,6 +52,18 @@ bool randomRoot(std::mt19937& random, int minMen, int moreMen, core::PlyStack& s
   if (core::validatePosition(setup, stack, messages) != 0) return false;
   core::setUpRoot(stack, setup);
   return true;
+}
+
+std::string fenRoot(const std::string& fen, core::PlyStack& stack) {
+  std::string error;
+  const auto setup = formats::readStandardFen(fen, error);
+  if (!setup) return error.empty() ? "not a FEN line" : error;
+  FirstMessage messages;
+  if (core::validatePosition(*setup, stack, messages) != 0) {
+    return messages.first.empty() ? "not a legal position" : messages.first;
+  }
+  core::setUpRoot(stack, *setup);
+  return {};
 }
 
 }  // namespace velkaro::testing

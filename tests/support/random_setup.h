@@ -1,8 +1,10 @@
 #pragma once
-// Random legal-looking set-ups for the tests that compare a quick answer with
-// a slow one over many positions.
+// Set-ups rooted in a ply stack for the tests: random legal-looking ones for
+// the tests that compare a quick answer with a slow one over many positions,
+// and those of the FEN lines in their tables.
 
 #include <random>
+#include <string>
 
 #include "core/position.h"
 
@@ -24,5 +26,9 @@ core::BoardSetup randomSetup(std::mt19937& random, int men);
 // A random set-up of `minMen` to `minMen + moreMen - 1` men set up at the root
 // of `stack`; false when the set-up check refuses it.
 bool randomRoot(std::mt19937& random, int minMen, int moreMen, core::PlyStack& stack);
+
+// The position of the FEN line `fen` set up at the root of `stack`: what is
+// wrong with the line or the position, or nothing.
+std::string fenRoot(const std::string& fen, core::PlyStack& stack);
 
 }  // namespace velkaro::testing
