@@ -300,6 +300,36 @@ bool makeMoveIfLegal(PlyStack& stack, int ply, const MoveRecord& move) {
   return false;
 }
 
+// Makes at `ply` into frame ply + 1 a move one of the iterators above made
+// there before, from its record, as they made it: nothing is generated or
+// tested, so the ply's position must be the one the move was made in.
+template <int Side>
+void remakeMove(PlyStack& stack, int ply, const MoveRecord& move) {
+  PlyFrame& frame = stack[ply];
+  Position& next = (&frame)[1].position;
+  copyPositionToNextPly(frame);
+  frame.movedPiece = move.movedPiece;
+  frame.fromSquare = move.fromSquare;
+  frame.toSquare = move.toSquare;
+  frame.placedPiece = move.placedPiece;
+  frame.moveKind = move.moveKind;
+  next.board[move.fromSquare] = 0;
+  if (move.moveKind >= kind::WhiteLongCastle && move.moveKind <= kind::EnPassant) {
+    detail::makeSpecial<Side>(move.moveKind, move.toSquare, next);
+  }
+  next.board[move.toSquare] = move.placedPiece;
+  if (move.movedPiece == Side * piece::King) detail::kingSquareOf<Side>(next) = static_cast<std::uint8_t>(move.toSquare);
+  detail::updateCastlingRights<Side>(frame, next);
+}
+
+inline void remakeMove(PlyStack& stack, int ply, const MoveRecord& move) {
+  if (stack.sideAt(ply) == White) {
+    remakeMove<White>(stack, ply, move);
+  } else {
+    remakeMove<Black>(stack, ply, move);
+  }
+}
+
 inline bool makeMoveIfLegal(PlyStack& stack, int ply, const MoveRecord& move) {
   return stack.sideAt(ply) == White ? makeMoveIfLegal<White>(stack, ply, move)
                                     : makeMoveIfLegal<Black>(stack, ply, move);

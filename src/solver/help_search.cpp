@@ -61,7 +61,7 @@ SolverJob::Outcome SolverJob::helpSearch() {
 // solution goes on from the line just found.
 bool SolverJob::helpNextMove() {
   core::PlyFrame& frame = stack_[ply_];
-  if (nextMoveAtHelpPly(frame.searchFlag) < 0) {
+  if (makeHelpMove(frame.searchFlag) < 0) {
     countTestedMove();
     ++frame.searchFlag;
     if (ply_ == 1) newFirstMove();
@@ -114,21 +114,25 @@ namespace velkaro::solver {
 
 // A helpmate looks up nearly every position it reaches, and waiting for each
 // table entry in turn costs more than making the ply's moves twice. So when
-// a ply is entered it makes its moves once to keep the key of each position
-// they lead to, and starts fetching the first entries; each of those
-// positions takes its key from the list and starts fetching the entry a few
-// moves further on (provedAt), so that fetching overlaps the search instead
-// of all waiting at once.
+// a ply is entered it makes its moves once to keep each move and the key of
+// the position it leads to, and starts fetching the first entries; each of
+// those positions takes its key from the list and starts fetching the entry
+// a few moves further on (provedAt), so that fetching overlaps the search
+// instead of all waiting at once. The search then remakes the kept moves
+// instead of generating and testing them again (makeHelpMove).
 void SolverJob::prefetchChildren() {
   int& count = childKeyCount_[static_cast<std::size_t>(ply_)];
   count = 0;
   if (!tableAt(ply_ + 1)) return;
-  TableKey* keys = &childKeys_[static_cast<std::size_t>(ply_ * kMostChildren)];
+  const auto first = static_cast<std::size_t>(ply_ * kMostChildren);
+  TableKey* keys = &childKeys_[first];
+  core::MoveRecord* moves = &childMoves_[first];
   for (int continuing = 0; nextMoveAtHelpPly(continuing) < 0; continuing = 1) {
     if (count == kMostChildren) {  // a set-up beyond any game's: its plies make their own keys
       count = 0;
       return;
     }
+    moves[count] = core::moveOf(stack_[ply_]);
     keys[count] = tableKeyAt(stack_, ply_ + 1, lastMovePly_ - ply_);
     if (count < kFetchAhead) table_.prefetch(keys[count]);
     ++count;
@@ -267,6 +271,17 @@ SolverJob::LastMoves SolverJob::lastThreeMovesMayMate(int ply) {
   const bool may = stack_.sideAt(ply) == core::White ? judge.template operator()<core::Black>()
                                                      : judge.template operator()<core::White>();
   return may ? LastMoves::Some : LastMoves::None;
+}
+
+// The ply's move number `index` (from 0) into the next frame, as
+// nextMoveAtHelpPly returns it: remade from the ply's list when it kept one,
+// else made by the iterator, which goes on from move index - 1.
+int SolverJob::makeHelpMove(int index) {
+  const int known = childKeyCount_[static_cast<std::size_t>(ply_)];
+  if (known == 0) return nextMoveAtHelpPly(index);
+  if (index >= known) return 1;
+  core::remakeMove(stack_, ply_, childMoves_[static_cast<std::size_t>(ply_ * kMostChildren + index)]);
+  return -1;
 }
 
 // The ply's next move: when only some moves may lead to mate, only those.

@@ -109,6 +109,7 @@ class SolverJob : public jobs::Job {
   VELKARO_COUNTING_STEP bool mateMayBeBuiltFrom(int ply) const;
   VELKARO_COUNTING_STEP LastMoves lastThreeMovesMayMate(int ply);
   int nextMoveAtHelpPly(int continuing);
+  int makeHelpMove(int index);
 
   // The table of proved results: which plies may use it, and its use there.
   // Successes are kept and taken from this ply on.
@@ -148,12 +149,14 @@ class SolverJob : public jobs::Job {
   // The key of each ply's position, made when the ply is entered and used
   // again when what the ply proves is stored.
   std::array<TableKey, core::kPlyFrameCount> keys_{};
-  // Per helpmate ply: the keys of the positions its moves lead to, in move
-  // order, made when the ply is entered; each of them takes its key from
-  // here. No position of a game has more than 218 legal moves; a count of 0
-  // means the ply kept no keys.
+  // Per helpmate ply: its moves and the keys of the positions they lead to,
+  // in move order, made when the ply is entered; the ply remakes its moves
+  // from here and each position takes its key from here. No position of a
+  // game has more than 218 legal moves; a count of 0 means the ply kept no
+  // moves.
   static constexpr int kMostChildren = 256;
   std::vector<TableKey> childKeys_ = std::vector<TableKey>(core::kPlyFrameCount * kMostChildren);
+  std::vector<core::MoveRecord> childMoves_ = std::vector<core::MoveRecord>(core::kPlyFrameCount * kMostChildren);
   std::array<int, core::kPlyFrameCount> childKeyCount_{};
   // How many moves ahead of the one being searched a ply's table entries are
   // being fetched from memory.
