@@ -22,6 +22,7 @@
 
 #include "core/board_bits.h"
 #include "core/check_geometry.h"
+#include "core/cover_cache.h"
 #include "core/geometry.h"
 #include "core/position.h"
 
@@ -114,107 +115,16 @@ inline Reach reachOf(int code, int from, int moves) {
   return reach;
 }
 
-// A man of the mating side: how it may stand at the end.
-struct MatingMan {
-  int slot;
-  int square;
-  bool king;
-  std::uint64_t attacks;  // from where it stands
-  Reach reach;
-  int queen;   // the slots a promoted pawn may take
-  int knight;
-};
+// The squares of `squares`, all next to `square`, as eight bits: the three
+// on the rank above it, the two beside it, the three on the rank below.
+inline unsigned neighbourBits(int square, std::uint64_t squares) {
+  // The square nine before this one comes to bit 0; none of the squares
+  // next to it lies lower, so nothing wraps round.
+  const std::uint64_t shifted = std::rotr(squares, square - 9);
+  return static_cast<unsigned>((shifted & 7) | ((shifted >> 5) & 8) | ((shifted >> 6) & 16) | ((shifted >> 11) & 0xe0));
+}
 
-// What the men of the mating side cover standing where they are, by their
-// index: each alone, all before one and all after one. Only the first entries,
-// as many as there are men, are set.
-struct Standing {
-  std::array<std::uint64_t, 16> stays;
-  std::array<std::uint64_t, 17> before;
-  std::array<std::uint64_t, 17> after;
-
-  // With `stays` set for `count` men.
-  void gather(int count) {
-    before[0] = 0;
-    after[static_cast<std::size_t>(count)] = 0;
-    for (std::size_t index = 0; index < static_cast<std::size_t>(count); ++index) {
-      before[index + 1] = before[index] | stays[index];
-    }
-    for (std::size_t index = static_cast<std::size_t>(count); index-- > 0;) {
-      after[index] = after[index + 1] | stays[index];
-    }
-  }
-
-  std::uint64_t all(int count) const { return before[static_cast<std::size_t>(count)]; }
-  std::uint64_t allBut(int index) const {
-    return before[static_cast<std::size_t>(index)] | after[static_cast<std::size_t>(index + 1)];
-  }
-};
-
-// The picture around one square for the king: the squares next to it its own
-// men do not fill, and the moves its side has left for filling them once the
-// king has walked there; `within[n]` holds the squares its men reach in n
-// moves.
-struct Picture {
-  int king;
-  std::uint64_t flights;
-  int fillMoves;
-  const std::array<std::uint64_t, kMostMoves + 1>* within;
-
-  // The moves that filling `open` takes at least, or more than the side has.
-  int fillingMoves(std::uint64_t open) const {
-    if ((open & ~(*within)[static_cast<std::size_t>(fillMoves)]) != 0) return fillMoves + 1;
-    int moves = 0;
-    for (std::size_t n = 0; n < static_cast<std::size_t>(fillMoves) && open != 0; ++n) {
-      open &= ~(*within)[n];
-      moves += geometry::countOf(open);
-    }
-    return moves;
-  }
-
-  bool fills(std::uint64_t open) const { return fillingMoves(open) <= fillMoves; }
-
-  // The squares a man of `slot` may stand on to cover all of `squares`.
-  static std::uint64_t coveringAll(int slot, std::uint64_t squares, std::uint64_t from) {
-    for (; squares != 0 && from != 0; squares &= squares - 1) {
-      from &= kAttackers[static_cast<std::size_t>(slot)][static_cast<std::size_t>(std::countr_zero(squares))];
-    }
-    return from;
-  }
-
-  // Whether a man of `slot` on one of `from` completes the picture, with
-  // `covered` covered by the rest and a check already there when `checked`.
-  // Some of the squares left open may be filled: each such set is tried.
-  bool completedBy(int slot, std::uint64_t from, std::uint64_t covered, bool checked) const {
-    if (!checked) from &= kAttackers[static_cast<std::size_t>(slot)][static_cast<std::size_t>(king)];
-    if (from == 0) return false;
-    const std::uint64_t open = flights & ~covered;
-    if (fills(open) || coveringAll(slot, open, from) != 0) return true;
-    if (fillMoves == 0) return false;
-    const std::uint64_t fillable = open & (*within)[static_cast<std::size_t>(fillMoves)];
-    for (std::uint64_t first = fillable; first != 0; first &= first - 1) {
-      const std::uint64_t one = first & -first;
-      if (fills(one) && coveringAll(slot, open & ~one, from) != 0) return true;
-      if (fillMoves < 2) continue;
-      for (std::uint64_t second = first & (first - 1); second != 0; second &= second - 1) {
-        const std::uint64_t two = one | (second & -second);
-        if (fills(two) && coveringAll(slot, open & ~two, from) != 0) return true;
-      }
-    }
-    return false;
-  }
-
-  // The same for a man that may stand where its reach allows after `moves`,
-  // as itself or promoted; `barred` are squares it cannot end on.
-  bool completedBy(const MatingMan& man, int moves, std::uint64_t barred, std::uint64_t covered,
-                   bool checked) const {
-    const auto n = static_cast<std::size_t>(moves);
-    if (completedBy(man.slot, man.reach.asIs[n] & ~barred, covered, checked)) return true;
-    const std::uint64_t promoted = man.reach.promoted[n] & ~barred;
-    return promoted != 0 &&
-           (completedBy(man.queen, promoted, covered, checked) || completedBy(man.knight, promoted, covered, checked));
-  }
-};
+inline bool holds(const NeighbourSets& sets, unsigned set) { return ((sets[set >> 6] >> (set & 63)) & 1) != 0; }
 
 }  // namespace picture_detail
 
@@ -238,13 +148,15 @@ inline bool anyCastlingRight(const Position& position) {
 template <int Side>
 class MatePictures {
  public:
-  MatePictures(const Position& position, int ownMoves, int matingMoves)
-      : ownMoves_(ownMoves),
-        matingMoves_(matingMoves),
+  // The sets of what the mating side can cover come from `cover`, which
+  // must not serve other pictures while these are asked.
+  MatePictures(const Position& position, int ownMoves, int matingMoves, CoverCache& cover)
+      : position_(position),
+        ownMoves_(ownMoves),
         king_(Side == White ? position.whiteKingSquare : position.blackKingSquare),
         own_(menOf<Side>(position.board) & ~(std::uint64_t{1} << king_)),
-        matingMen_(menOf<-Side>(position.board)),
-        matingKing_(Side == White ? position.blackKingSquare : position.whiteKingSquare) {
+        cover_(&cover),
+        entry_(&cover.entryFor(position, -Side, matingMoves)) {
     using namespace picture_detail;
     for (std::uint64_t men = own_; men != 0 && ownMoves > 0; men &= men - 1) {
       const int square = std::countr_zero(men);
@@ -253,17 +165,6 @@ class MatePictures {
         within_[n] |= reach.asIs[n] | reach.promoted[n];
       }
     }
-    for (std::uint64_t mating = matingMen_; mating != 0; mating &= mating - 1) {
-      const int square = std::countr_zero(mating);
-      const int code = position.board[square];
-      men_[static_cast<std::size_t>(count_)] =
-          MatingMan{pieceSlot(code), square, code == -Side * piece::King, attacksFrom(pieceSlot(code), square),
-                    reachOf(code, square, matingMoves), pieceSlot(-Side * piece::Queen),
-                    pieceSlot(-Side * piece::Knight)};
-      standing_.stays[static_cast<std::size_t>(count_)] = men_[static_cast<std::size_t>(count_)].attacks;
-      ++count_;
-    }
-    standing_.gather(count_);
   }
 
   // Whether a picture fits around some square the king may walk to.
@@ -284,66 +185,28 @@ class MatePictures {
   bool fitsWithKingOn(int square) const { return fitsAround(square, 0, square == king_ ? 1 : 0); }
 
   // Whether a picture fits around `target` with the squares of `filled`
-  // filled already and `fillMoves` moves left to fill more.
+  // filled already and `fillMoves` moves left to fill more: whether the
+  // mating side can cover, with a check, the flights left open by filling
+  // one or two of them (as the moves allow) or none.
   bool fitsAround(int target, std::uint64_t filled, int fillMoves) const {
     using namespace picture_detail;
-    const std::uint64_t targetBit = std::uint64_t{1} << target;
-    const Picture picture{target, around(target) & ~own_ & ~filled, fillMoves, &within_};
-    const std::uint64_t barredForKing = around(target) | targetBit;
-    const auto barredFor = [&](const MatingMan& man) { return man.king ? barredForKing : targetBit; };
-    // Standing men cover from their squares; one on a square barred to it
-    // has to go, and covers nothing unless it moves. Mostly none is barred.
-    Standing barred;
-    const bool noneBarred = ((matingMen_ & targetBit) | (barredForKing & (std::uint64_t{1} << matingKing_))) == 0;
-    if (!noneBarred) {
-      for (int index = 0; index < count_; ++index) {
-        const MatingMan& man = men_[static_cast<std::size_t>(index)];
-        barred.stays[static_cast<std::size_t>(index)] = ((barredFor(man) >> man.square) & 1) != 0 ? 0 : man.attacks;
-      }
-      barred.gather(count_);
+    const NeighbourSets& coverable = cover_->coverable(*entry_, position_, target);
+    const std::uint64_t flights = around(target) & ~own_ & ~filled;
+    const unsigned open = neighbourBits(target, flights);
+    if (holds(coverable, open)) return true;
+    if (fillMoves == 0) return false;
+    // Any one flight its men reach in the moves left may be filled; two
+    // take both moves, so only two that each take one.
+    for (unsigned first = neighbourBits(target, flights & within_[static_cast<std::size_t>(fillMoves)]); first != 0;
+         first &= first - 1) {
+      if (holds(coverable, open & ~(first & -first))) return true;
     }
-    const Standing& standing = noneBarred ? standing_ : barred;
-    // No man moves, or one man makes all the moves.
-    const std::uint64_t allStay = standing.all(count_);
-    if ((allStay & targetBit) != 0 && picture.fills(picture.flights & ~allStay)) return true;
-    for (int index = 0; index < count_; ++index) {
-      const MatingMan& man = men_[static_cast<std::size_t>(index)];
-      const std::uint64_t others = standing.allBut(index);
-      if (picture.completedBy(man, matingMoves_, barredFor(man), others, (others & targetBit) != 0)) return true;
-    }
-    if (matingMoves_ < 2) return false;
-    // Two men move once each: each square of one from which it bears on the
-    // king's square or on a flight still open is tried with all the other's.
-    // (From any other square it does no more than standing still, or than
-    // being taken when it may not stay, which the cases above have tried.)
-    for (int first = 0; first < count_; ++first) {
-      std::uint64_t between = 0;  // what the men between the two cover standing
-      for (int second = first + 1; second < count_;
-           between |= standing.stays[static_cast<std::size_t>(second)], ++second) {
-        const MatingMan* placed = &men_[static_cast<std::size_t>(first)];
-        const MatingMan* last = &men_[static_cast<std::size_t>(second)];
-        if (geometry::countOf(placed->reach.asIs[1] | placed->reach.promoted[1]) >
-            geometry::countOf(last->reach.asIs[1] | last->reach.promoted[1])) {
-          std::swap(placed, last);
-        }
-        const std::uint64_t rest = standing.before[static_cast<std::size_t>(first)] | between |
-                                   standing.after[static_cast<std::size_t>(second + 1)];
-        const std::uint64_t wanted = (picture.flights & ~rest) | targetBit;
-        const auto tryFrom = [&](int slot, std::uint64_t squares) {
-          std::uint64_t useful = 0;
-          for (std::uint64_t bits = wanted; bits != 0; bits &= bits - 1) {
-            useful |= kAttackers[static_cast<std::size_t>(slot)][static_cast<std::size_t>(std::countr_zero(bits))];
-          }
-          for (squares &= useful; squares != 0; squares &= squares - 1) {
-            const std::uint64_t covered = rest | attacksFrom(slot, std::countr_zero(squares));
-            if (picture.completedBy(*last, 1, barredFor(*last), covered, (covered & targetBit) != 0)) return true;
-          }
-          return false;
-        };
-        const std::uint64_t barred = barredFor(*placed);
-        if (tryFrom(placed->slot, placed->reach.asIs[1] & ~barred)) return true;
-        const std::uint64_t promoted = placed->reach.promoted[1] & ~barred;
-        if (promoted != 0 && (tryFrom(placed->queen, promoted) || tryFrom(placed->knight, promoted))) return true;
+    if (fillMoves < 2) return false;
+    const unsigned pairable = neighbourBits(target, flights & within_[1]);
+    for (unsigned first = pairable; first != 0; first &= first - 1) {
+      const unsigned one = first & -first;
+      for (unsigned second = first & (first - 1); second != 0; second &= second - 1) {
+        if (holds(coverable, open & ~(one | (second & -second)))) return true;
       }
     }
     return false;
@@ -471,16 +334,13 @@ class MatePictures {
   }
 
  private:
+  const Position& position_;
   int ownMoves_;
-  int matingMoves_;
   int king_;
   std::uint64_t own_;
-  std::uint64_t matingMen_;
-  int matingKing_;
-  std::array<std::uint64_t, picture_detail::kMostMoves + 1> within_{};
-  std::array<picture_detail::MatingMan, 16> men_;  // the first `count_` are set
-  int count_ = 0;
-  picture_detail::Standing standing_;  // with no man barred from its square
+  CoverCache* cover_;
+  CoverCache::Entry* entry_;
+  std::array<std::uint64_t, picture_detail::kMostMoves + 1> within_{};  // where the king's men get in n moves
 };
 
 // Whether the pictures are worth working out. Castling moves two men at once,
@@ -500,8 +360,9 @@ bool picturesPay(const Position& position, int matingMoves) {
 // moves of its side and `matingMoves` of the opponent's: yes also where the
 // pictures do not pay.
 template <int Side>
-bool mateMayBeBuilt(const Position& position, int ownMoves, int matingMoves) {
-  return !picturesPay<Side>(position, matingMoves) || MatePictures<Side>(position, ownMoves, matingMoves).anyFits();
+bool mateMayBeBuilt(const Position& position, int ownMoves, int matingMoves, CoverCache& cover) {
+  return !picturesPay<Side>(position, matingMoves) ||
+         MatePictures<Side>(position, ownMoves, matingMoves, cover).anyFits();
 }
 
 }  // namespace velkaro::core

@@ -157,7 +157,7 @@ SolverJob::LastMoves SolverJob::lastMovesThatMayMate(int ply) {
   const auto judge = [&]<int Side>() {
     const bool pictures = !core::anyCastlingRight(position);
     if (pictures) {
-      const core::LastPictureMoves fitting = core::MatePictures<Side>(position, 1, 1).lastMoves();
+      const core::LastPictureMoves fitting = core::MatePictures<Side>(position, 1, 1, cover_).lastMoves();
       if (!fitting.any) return movesThePicturesLetThrough<Side>(position, fitting, landings);
     }
     const core::LastMoveView<Side> view(position);
@@ -206,7 +206,7 @@ SolverJob::LastMoves SolverJob::secondToLastMovesThatMayMate(int ply) {
       landings[static_cast<std::size_t>(std::countr_zero(rest))] = 0;
     }
     using Moves = typename core::MatePictures<Side>::Moves;
-    switch (core::MatePictures<Side>(position, 2, 2).secondToLastMoves(position, landings)) {
+    switch (core::MatePictures<Side>(position, 2, 2, cover_).secondToLastMoves(position, landings)) {
       case Moves::None:
         return LastMoves::None;
       case Moves::All:
@@ -226,15 +226,15 @@ SolverJob::LastMoves SolverJob::secondToLastMovesThatMayMate(int ply) {
 // The mating side's plies in the last four, and the mate's: whether the side
 // to be mated could still stand mated in the moves left, by the mate
 // pictures the men could build.
-bool SolverJob::mateMayBeBuiltFrom(int ply) const {
+bool SolverJob::mateMayBeBuiltFrom(int ply) {
   const int plies = lastMovePly_ - ply + 1;  // this one and the mate's with those between
   if (plies > 4) return true;
   const bool matedToMove = stack_.sideAt(ply) == stack_.sideAt(1);
   const int ownMoves = matedToMove ? plies / 2 : (plies - 1) / 2;
   const int matingMoves = plies - ownMoves;
   const core::Position& position = stack_[ply].position;
-  return stack_.sideAt(1) == core::White ? core::mateMayBeBuilt<core::White>(position, ownMoves, matingMoves)
-                                         : core::mateMayBeBuilt<core::Black>(position, ownMoves, matingMoves);
+  return stack_.sideAt(1) == core::White ? core::mateMayBeBuilt<core::White>(position, ownMoves, matingMoves, cover_)
+                                         : core::mateMayBeBuilt<core::Black>(position, ownMoves, matingMoves, cover_);
 }
 
 // Two plies earlier, on the mating side's move: which of its moves may start
@@ -250,7 +250,7 @@ SolverJob::LastMoves SolverJob::lastThreeMovesMayMate(int ply) {
     if (!core::picturesPay<Mated>(position, kMatingMoves)) {
       return core::firstMovesMayMate<Mated>(position, enPassant, [](int) { return true; }, landings);
     }
-    const core::MatePictures<Mated> pictures(position, 1, kMatingMoves);
+    const core::MatePictures<Mated> pictures(position, 1, kMatingMoves, cover_);
     std::uint64_t known = 0;
     std::uint64_t fits = 0;
     const auto mayBeMatedOn = [&](int square) {

@@ -8,6 +8,7 @@
 #include <optional>
 #include <vector>
 
+#include "core/cover_cache.h"
 #include "core/first_moves.h"
 #include "core/geometry.h"
 #include "core/position.h"
@@ -106,7 +107,7 @@ class SolverJob : public jobs::Job {
   LastMoves movesThePicturesLetThrough(const core::Position& position, const core::LastPictureMoves& pictures,
                                        core::MoverTargets& landings);
   VELKARO_COUNTING_STEP LastMoves secondToLastMovesThatMayMate(int ply);
-  VELKARO_COUNTING_STEP bool mateMayBeBuiltFrom(int ply) const;
+  VELKARO_COUNTING_STEP bool mateMayBeBuiltFrom(int ply);
   VELKARO_COUNTING_STEP LastMoves lastThreeMovesMayMate(int ply);
   int nextMoveAtHelpPly(int continuing);
   int makeHelpMove(int index);
@@ -168,6 +169,9 @@ class SolverJob : public jobs::Job {
   // Per ply of a helpmate: whether a solution was found below the ply's
   // current position (its failure may then not be stored).
   std::array<bool, core::kPlyFrameCount> solved_{};
+  // What the mating side can cover around the mated king, for the mate
+  // pictures of a helpmate's last plies.
+  core::CoverCache cover_;
   RecordSink& records_;
   core::PlyStack stack_;
 };

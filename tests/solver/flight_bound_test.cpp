@@ -54,13 +54,17 @@ bool mateWithinThree(core::PlyStack& stack, const core::MoverTargets& excluded) 
   return false;
 }
 
+// One cache for every position of the tests, as for every position of a
+// search: set-ups met again are answered from it.
+core::CoverCache cover;
+
 template <int Side>
 core::MoverTargets allowedMoves(const core::Position& position, const std::string& moves) {
   core::MoverTargets allowed{};
   if (moves == "three" || moves == "pictures") {
     // "pictures": counted only for the king's squares where a mate picture fits
     const bool pictures = moves == "pictures" && core::picturesPay<-Side>(position, 2);
-    const core::MatePictures<-Side> fitting(position, 1, 2);
+    const core::MatePictures<-Side> fitting(position, 1, 2, cover);
     core::firstMovesMayMate<-Side>(
         position, false, [&](int square) { return !pictures || fitting.fitsWithKingOn(square); }, allowed);
   } else if (moves == "helping") {

@@ -33,9 +33,13 @@ bool mateWithin(core::PlyStack& stack, int ply, int plies, int mated) {
   return false;
 }
 
+// One cache for every position of the tests, as for every position of a
+// search: set-ups met again are answered from it.
+core::CoverCache cover;
+
 template <int Side>
 bool mayBeBuilt(const core::Position& position, int ownMoves, int matingMoves) {
-  return core::mateMayBeBuilt<Side>(position, ownMoves, matingMoves);
+  return core::mateMayBeBuilt<Side>(position, ownMoves, matingMoves, cover);
 }
 
 struct WholeCase {
@@ -84,7 +88,7 @@ template <int Side>
 core::MoverTargets allowedSecondToLastMoves(const core::Position& position, int& restricted) {
   core::MoverTargets allowed{};
   using Moves = typename core::MatePictures<Side>::Moves;
-  const Moves moves = core::MatePictures<Side>(position, 2, 2).secondToLastMoves(position, allowed);
+  const Moves moves = core::MatePictures<Side>(position, 2, 2, cover).secondToLastMoves(position, allowed);
   if (moves == Moves::All) allowed.fill(~std::uint64_t{0});
   restricted += moves != Moves::All;
   return allowed;
@@ -121,7 +125,7 @@ TEST(MatePicture, AllowsTheLinesOfKnownMates) {
 template <int Side>
 core::MoverTargets allowedLastMoves(const core::Position& position, int& restricted) {
   core::MoverTargets allowed{};
-  const auto moves = core::MatePictures<Side>(position, 1, 1).lastMoves();
+  const auto moves = core::MatePictures<Side>(position, 1, 1, cover).lastMoves();
   restricted += !moves.any;
   const int king = Side == core::White ? position.whiteKingSquare : position.blackKingSquare;
   for (int square = 0; square < 64; ++square) {
