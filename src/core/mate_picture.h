@@ -137,11 +137,6 @@ struct LastPictureMoves {
   std::uint64_t others = 0;
 };
 
-inline bool anyCastlingRight(const Position& position) {
-  return position.whiteLongCastle || position.whiteShortCastle || position.blackLongCastle ||
-         position.blackShortCastle;
-}
-
 // The mate pictures around the king of `Side` that its side, with at most
 // `ownMoves` (up to two) more moves, and the opponent, with `matingMoves`
 // (one or two, the last of them the mate), might build.
@@ -343,17 +338,13 @@ class MatePictures {
   std::array<std::uint64_t, picture_detail::kMostMoves + 1> within_{};  // where the king's men get in n moves
 };
 
-// Whether the pictures are worth working out. Castling moves two men at once,
-// so with a castling right left they cannot rule anything out. With two
-// moves of the mating side, the ways two of its men can end grow with the
-// square of their number; with more than two men besides its king, working
-// the pictures out costs more than it saves (half as many instructions again
-// in an 11-man helpmate in 4 with three such men).
-template <int Side>
-bool picturesPay(const Position& position, int matingMoves) {
-  constexpr int kMostMenForTwoMoves = 3;  // with the king
-  return !anyCastlingRight(position) &&
-         (matingMoves < 2 || geometry::countOf(menOf<-Side>(position.board)) <= kMostMenForTwoMoves);
+// Whether the pictures can rule anything out: castling moves two men at
+// once, so with a castling right left they cannot. (What the mating side
+// can cover is kept by the set-up of its men, so even with many of them and
+// two moves, which end in many ways, the pictures cost little.)
+inline bool picturesPay(const Position& position) {
+  return !(position.whiteLongCastle || position.whiteShortCastle || position.blackLongCastle ||
+           position.blackShortCastle);
 }
 
 // Whether the king of `Side` could stand mated after at most `ownMoves` more
@@ -361,7 +352,7 @@ bool picturesPay(const Position& position, int matingMoves) {
 // pictures do not pay.
 template <int Side>
 bool mateMayBeBuilt(const Position& position, int ownMoves, int matingMoves, CoverCache& cover) {
-  return !picturesPay<Side>(position, matingMoves) ||
+  return !picturesPay(position) ||
          MatePictures<Side>(position, ownMoves, matingMoves, cover).anyFits();
 }
 

@@ -155,8 +155,7 @@ SolverJob::LastMoves SolverJob::lastMovesThatMayMate(int ply) {
   const bool enPassant = core::enPassantPawn(stack_, ply) >= 0;
   core::MoverTargets& landings = stack_.moverTargetsAt(ply);
   const auto judge = [&]<int Side>() {
-    const bool pictures = !core::anyCastlingRight(position);
-    if (pictures) {
+    if (core::picturesPay(position)) {
       const core::LastPictureMoves fitting = core::MatePictures<Side>(position, 1, 1, cover_).lastMoves();
       if (!fitting.any) return movesThePicturesLetThrough<Side>(position, fitting, landings);
     }
@@ -200,7 +199,7 @@ SolverJob::LastMoves SolverJob::secondToLastMovesThatMayMate(int ply) {
   const core::Position& position = stack_[ply].position;
   core::MoverTargets& landings = stack_.moverTargetsAt(ply);
   const auto judge = [&]<int Side>() {
-    if (!core::picturesPay<Side>(position, 2)) return LastMoves::Any;
+    if (!core::picturesPay(position)) return LastMoves::Any;
     const std::uint64_t men = core::menOf<Side>(position.board);
     for (std::uint64_t rest = men; rest != 0; rest &= rest - 1) {
       landings[static_cast<std::size_t>(std::countr_zero(rest))] = 0;
@@ -247,7 +246,7 @@ SolverJob::LastMoves SolverJob::lastThreeMovesMayMate(int ply) {
   core::MoverTargets& landings = stack_.moverTargetsAt(ply);
   const auto judge = [&]<int Mated>() {
     constexpr int kMatingMoves = 2;
-    if (!core::picturesPay<Mated>(position, kMatingMoves)) {
+    if (!core::picturesPay(position)) {
       return core::firstMovesMayMate<Mated>(position, enPassant, [](int) { return true; }, landings);
     }
     const core::MatePictures<Mated> pictures(position, 1, kMatingMoves, cover_);

@@ -63,7 +63,7 @@ core::MoverTargets allowedMoves(const core::Position& position, const std::strin
   core::MoverTargets allowed{};
   if (moves == "three" || moves == "pictures") {
     // "pictures": counted only for the king's squares where a mate picture fits
-    const bool pictures = moves == "pictures" && core::picturesPay<-Side>(position, 2);
+    const bool pictures = moves == "pictures" && core::picturesPay(position);
     const core::MatePictures<-Side> fitting(position, 1, 2, cover);
     core::firstMovesMayMate<-Side>(
         position, false, [&](int square) { return !pictures || fitting.fitsWithKingOn(square); }, allowed);
