@@ -90,7 +90,8 @@ NeighbourSets coverableAround(const Position& position, int matingSide, int mati
     const auto last = static_cast<std::size_t>(matingMoves);
     Man& man = men[static_cast<std::size_t>(count++)];
     man.stays = ((barred >> square) & 1) != 0 ? 0 : attacksFrom(slot, square);
-    man.endings[0] = {slot, reach.asIs[1] & ~barred & bearingFrom(slot), reach.asIs[last] & ~barred & bearingFrom(slot)};
+    man.endings[0] = {slot, reach.asIs[1] & ~barred & bearingFrom(slot),
+                      reach.asIs[last] & ~barred & bearingFrom(slot)};
     man.endingCount = 1;
     if ((reach.promoted[last] & ~barred) != 0) {
       for (const int promoted : {queen, knight}) {
@@ -201,8 +202,7 @@ CoverCache::Entry& CoverCache::entryFor(const Position& position, int matingSide
 }
 
 void CoverCache::workOut(Entry& entry, const Position& position, int target) {
-  entry.sets[static_cast<std::size_t>(target)] =
-      coverableAround(position, entry.matingSide, entry.matingMoves, target);
+  entry.sets[static_cast<std::size_t>(target)] = coverableAround(position, entry.matingSide, entry.matingMoves, target);
   entry.known |= std::uint64_t{1} << target;
 }
 

@@ -51,8 +51,8 @@ struct CoverCache::Entry {
   std::uint64_t men;    // the squares of the mating side's men
   std::uint64_t kinds;  // their kinds, four bits a man in the order of their squares
   int matingSide;
-  int matingMoves;      // 0: the entry holds nothing yet
-  std::uint64_t known;  // the squares whose sets are worked out
+  int matingMoves;        // 0: the entry holds nothing yet
+  std::uint64_t known;    // the squares whose sets are worked out
   std::uint64_t lastUse;  // when it was last asked for, counted in entries asked for
   std::array<NeighbourSets, 64> sets;
 };

@@ -318,7 +318,9 @@ void remakeMove(PlyStack& stack, int ply, const MoveRecord& move) {
     detail::makeSpecial<Side>(move.moveKind, move.toSquare, next);
   }
   next.board[move.toSquare] = move.placedPiece;
-  if (move.movedPiece == Side * piece::King) detail::kingSquareOf<Side>(next) = static_cast<std::uint8_t>(move.toSquare);
+  if (move.movedPiece == Side * piece::King) {
+    detail::kingSquareOf<Side>(next) = static_cast<std::uint8_t>(move.toSquare);
+  }
   detail::updateCastlingRights<Side>(frame, next);
 }
 

@@ -153,6 +153,14 @@ class MatePictures {
         cover_(&cover),
         entry_(&cover.entryFor(position, -Side, matingMoves)) {
     using namespace picture_detail;
+    if (ownMoves == 1) {  // a man, pawn or not, ends where it stands or where its moves reach
+      for (std::uint64_t men = own_; men != 0; men &= men - 1) {
+        const auto square = static_cast<std::size_t>(std::countr_zero(men));
+        const auto slot = static_cast<std::size_t>(pieceSlot(position.board[square]));
+        within_[1] |= (men & -men) | check_geometry::kReach[slot][square];
+      }
+      return;
+    }
     for (std::uint64_t men = own_; men != 0 && ownMoves > 0; men &= men - 1) {
       const int square = std::countr_zero(men);
       const Reach reach = reachOf(position.board[square], square, ownMoves);
@@ -310,7 +318,8 @@ class MatePictures {
       const int slot = pieceSlot(code);
       std::uint64_t onward = 0;
       if (code == piece::Pawn || code == -piece::Pawn) {
-        for (std::uint64_t firsts = check_geometry::kReach[static_cast<std::size_t>(slot)][static_cast<std::size_t>(square)];
+        for (std::uint64_t firsts =
+                 check_geometry::kReach[static_cast<std::size_t>(slot)][static_cast<std::size_t>(square)];
              firsts != 0; firsts &= firsts - 1) {
           const int first = std::countr_zero(firsts);
           const std::uint64_t seconds =
@@ -352,8 +361,7 @@ inline bool picturesPay(const Position& position) {
 // pictures do not pay.
 template <int Side>
 bool mateMayBeBuilt(const Position& position, int ownMoves, int matingMoves, CoverCache& cover) {
-  return !picturesPay(position) ||
-         MatePictures<Side>(position, ownMoves, matingMoves, cover).anyFits();
+  return !picturesPay(position) || MatePictures<Side>(position, ownMoves, matingMoves, cover).anyFits();
 }
 
 }  // namespace velkaro::core
