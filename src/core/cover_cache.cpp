@@ -24,6 +24,23 @@ std::uint64_t menOf(const Position& position, int side) {
   return side == White ? core::menOf<White>(position.board) : core::menOf<Black>(position.board);
 }
 
+// By piece slot and square, the squares from which a man of that slot attacks
+// the square on an empty board.
+constexpr std::array<std::array<std::uint64_t, 64>, 18> makeAttackers() {
+  std::array<std::array<std::uint64_t, 64>, 18> attackers{};
+  for (std::size_t slot = 0; slot < 18; ++slot) {
+    for (std::size_t from = 0; from < 64; ++from) {
+      for (std::uint64_t attacked = check_geometry::kEmptyBoardAttacks[slot][from]; attacked != 0;
+           attacked &= attacked - 1) {
+        attackers[slot][static_cast<std::size_t>(std::countr_zero(attacked))] |= std::uint64_t{1} << from;
+      }
+    }
+  }
+  return attackers;
+}
+
+constexpr auto kAttackers = makeAttackers();
+
 // Every subset of a set in `sets` joins it.
 void addSubsets(NeighbourSets& sets) {
   constexpr std::array<std::uint64_t, 6> kWith = {0xaaaaaaaaaaaaaaaa, 0xcccccccccccccccc, 0xf0f0f0f0f0f0f0f0,

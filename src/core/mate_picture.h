@@ -18,12 +18,10 @@
 #include <array>
 #include <bit>
 #include <cstdint>
-#include <utility>
 
 #include "core/board_bits.h"
 #include "core/check_geometry.h"
 #include "core/cover_cache.h"
-#include "core/geometry.h"
 #include "core/position.h"
 
 namespace velkaro::core {
@@ -42,23 +40,6 @@ inline std::uint64_t around(int square) {
 inline std::uint64_t attacksFrom(int slot, int square) {
   return check_geometry::kEmptyBoardAttacks[static_cast<std::size_t>(slot)][static_cast<std::size_t>(square)];
 }
-
-// By piece slot and square, the squares from which a man of that slot attacks
-// the square on an empty board.
-constexpr std::array<std::array<std::uint64_t, 64>, 18> makeAttackers() {
-  std::array<std::array<std::uint64_t, 64>, 18> attackers{};
-  for (std::size_t slot = 0; slot < 18; ++slot) {
-    for (std::size_t from = 0; from < 64; ++from) {
-      for (std::uint64_t attacked = check_geometry::kEmptyBoardAttacks[slot][from]; attacked != 0;
-           attacked &= attacked - 1) {
-        attackers[slot][static_cast<std::size_t>(std::countr_zero(attacked))] |= std::uint64_t{1} << from;
-      }
-    }
-  }
-  return attackers;
-}
-
-inline constexpr auto kAttackers = makeAttackers();
 
 // The squares within one and two king steps of each square.
 constexpr std::array<std::array<std::uint64_t, 64>, kMostMoves + 1> makeBalls() {
